@@ -1,0 +1,5 @@
+# Applies to every target below this point, the platform layer included: a program must not mix.
+if(VEXXML_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()

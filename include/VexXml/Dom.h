@@ -1,0 +1,388 @@
+#pragma once
+
+/// The tree: a document, its elements, their attributes and character data.
+///
+/// Ownership is strictly a tree: a document owns its root and its DTD, an element its children and
+/// attributes. `extract…` hands a node back to the caller, `clone` gives a copy that the caller owns.
+/// Everything else that is handed out is a pointer or reference into the tree.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "VexXml/Export.h"
+#include "VexXml/Values.h"
+
+namespace Xml {
+
+class Attribute;
+class CharData;
+class Document;
+class Dtd;
+class Element;
+class OutStream;
+
+/// The base of every node: its place in the tree, the DTD it is read against, and whether it changed
+/// since it was written.
+///
+/// A copied node is detached: it has no parent, and counts as changed and never written.
+class VEXXML_API Object {
+public:
+    virtual ~Object();
+    /// Sets the DTD that entities and attribute defaults are looked up in; null for none. The DTD is
+    /// not owned and must outlive the link.
+    virtual void setDtd(const Dtd* dtd);
+    /// A copy of the node and all below it, owned by the caller.
+    virtual Object* clone() const = 0;
+    /// A short text for people, valid until the next call or change; see each kind of node.
+    virtual const std::string& toString() const = 0;
+    virtual bool isElement() const;
+    virtual bool isAttribute() const;
+    virtual bool isCharData() const;
+    virtual bool isDtd() const;
+    virtual bool isDocument() const;
+
+    /// The node that holds this one; null at the top.
+    Object* getParent() const;
+    /// Only sets the link: the node does not become a child by it, and nothing is touched.
+    void setParent(Object* parent);
+
+    /// Marks this node and everything above it as changed and no longer bound to a DTD.
+    void touch();
+
+    /// Writes the node.
+    ///
+    /// With the read/write optimisation on, a node that is unchanged since it was last written and
+    /// would begin at the same position is passed over: the stream moves to where its text ends.
+    void toStream(OutStream& out);
+    /// Switches the read/write optimisation for the whole process and returns the previous setting,
+    /// off at first. It serves to write a changed document again to where it was written before.
+    static bool setRWOptimization(bool on);
+
+    /// The node itself when it is of that kind; otherwise null, and a `Message` reports it.
+    Element* toElement();
+    const Element* toElement() const;
+    Attribute* toAttribute();
+    const Attribute* toAttribute() const;
+    CharData* toCharData();
+    const CharData* toCharData() const;
+    Dtd* toDtd();
+    const Dtd* toDtd() const;
+    Document* toDocument();
+    const Document* toDocument() const;
+
+protected:
+    Object();
+    /// Takes over the DTD link alone.
+    Object(const Object& other);
+    /// Takes over everything, the link to the parent included.
+    Object& operator=(const Object& other);
+
+    virtual void write(OutStream& out) const = 0;
+
+private:
+    friend class Document;
+    friend class Element;
+
+    bool beginWrite(OutStream& out);
+    void endWrite(OutStream& out);
+    void forgetSubtreesBound();
+
+    const Dtd* mDtd = nullptr;
+    Object* mParent = nullptr;
+    int mWriteStart = -1;  ///< where the text began when last written; -1 when never written
+    int mWriteEnd = -1;    ///< just behind the text; -1 when never written
+    bool mTouched = true;
+    /// Everything from here to the top is touched and unbound, so `touch` need not go there again.
+    bool mPathTouched = false;
+    /// Everything below is bound to `mDtd`, so `setDtd` need not go there again.
+    bool mSubtreeBound = true;
+};
+
+/// A name and its value, held by an element.
+class VEXXML_API Attribute : public Object {
+public:
+    /// Without a name, and so never written.
+    Attribute();
+    /// Reports a name that is not valid and keeps it.
+    Attribute(const std::string& name, const DataHolder& value);
+    Attribute(const Attribute& other);
+    Attribute(Attribute&& other) noexcept;
+    /// Takes over everything, the link to the parent included.
+    Attribute& operator=(const Attribute& other);
+    Attribute& operator=(Attribute&& other) noexcept;
+    ~Attribute() override;
+
+    Object* clone() const override;
+    /// The attribute as it is written, such as `id="a&lt;b"`.
+    const std::string& toString() const override;
+    bool isAttribute() const override;
+
+    const std::string& getName() const;
+    /// The plain value: special characters stand for themselves.
+    const DataHolder& getValue() const;
+    /// Does not touch; `Element::setAttribute` does.
+    void setValue(const DataHolder& value);
+    /// False without a name; such an attribute is not written.
+    bool isOk() const;
+
+protected:
+    void write(OutStream& out) const override;
+
+private:
+    friend class Element;
+
+    std::string mName;
+    DataHolder mValue;
+    mutable std::unique_ptr<std::string> mText;  ///< made by `toString`
+};
+
+/// The name of an entity, to build character data that refers to it.
+class VEXXML_API Entity {
+public:
+    /// Reports a name that is not valid and keeps it.
+    explicit Entity(const std::string& name);
+
+    /// The reference: "&", the name, ";".
+    const std::string& toString() const;
+
+private:
+    std::string mName;
+    mutable std::string mText;
+};
+
+/// Character data. It holds its text in escaped form, as it stands in a file.
+class VEXXML_API CharData : public Object {
+public:
+    CharData();
+    /// Holds the plain `text`, escaped.
+    explicit CharData(const DataHolder& text);
+    /// Holds the reference to `entity`.
+    explicit CharData(const Entity& entity);
+    CharData(const CharData& other);
+    CharData(CharData&& other) noexcept;
+    /// Takes over everything, the link to the parent included.
+    CharData& operator=(const CharData& other);
+    CharData& operator=(CharData&& other) noexcept;
+    ~CharData() override;
+
+    Object* clone() const override;
+    /// The plain text, as `getData()` gives it.
+    const std::string& toString() const override;
+    bool isCharData() const override;
+
+    /// The plain text: references are replaced, those that the DTD declares included. Valid until
+    /// the next call or change.
+    const DataHolder& getData() const;
+    void getData(DataHolder* out) const;
+    /// Replaces the text by the plain `text`, escaped, and touches.
+    void setData(const DataHolder& text);
+    /// Replaces the text by the reference to `entity`, and touches.
+    void setData(const Entity& entity);
+
+    /// The escaped text, to be changed directly. Does not touch.
+    DataHolder& data();
+    /// The length of the escaped text in bytes.
+    int getSize() const;
+    /// Makes room for `size` bytes of escaped text and returns true; a negative size changes nothing.
+    bool reserve(int size);
+    /// Cuts the escaped text, or extends it with NULs. True when the length is now `size`.
+    bool setSize(int size);
+    /// A byte of the escaped text; the index is not checked.
+    char& operator[](int index);
+    const char& operator[](int index) const;
+
+protected:
+    void write(OutStream& out) const override;
+
+private:
+    struct PlainText;
+
+    DataHolder mData;
+    mutable std::unique_ptr<PlainText> mPlainText;  ///< made by `getData` and `toString`
+};
+
+/// A named node with attributes and children.
+///
+/// Indices count from 0. Lookups by plain index find nothing for one that is out of range; lookups
+/// by name or attribute give the index-th match and take a negative index for 0. Names compare byte
+/// by byte. A pointer to a child or attribute stays valid until that is removed or the element dies.
+///
+/// Whatever changes an element touches it.
+class VEXXML_API Element : public Object {
+public:
+    /// Reports a name that is not valid; the name is then empty.
+    explicit Element(const std::string& name);
+    /// With `text` as its only child.
+    Element(const std::string& name, const DataHolder& text);
+    Element(const Element& other);
+    Element(Element&& other);
+    /// Becomes a deep copy of `other`, which may be below this one, but keeps its own place.
+    Element& operator=(const Element& other);
+    Element& operator=(Element&& other);
+    ~Element() override;
+
+    /// Also sets it on everything below; a subtree that is bound to `dtd` already is left alone.
+    void setDtd(const Dtd* dtd) override;
+    Object* clone() const override;
+    /// The name and the attributes, as in a start tag: `item a="1" b="2"`.
+    const std::string& toString() const override;
+    bool isElement() const override;
+
+    const std::string& getName() const;
+    /// Reports a name that is not valid and changes nothing.
+    void setName(const std::string& name);
+
+    /// Appends `child` and takes ownership; it must not be null or have another owner. The child is
+    /// bound to the DTD that this element had, which touching then takes from the element itself.
+    void addChild(Object* child);
+    /// Appends a new element with `text` as its only child, and returns it.
+    Element* addElement(const std::string& name, const DataHolder& text);
+    /// As `addChild`, but puts `child` in front of `before` if that is a child.
+    void insertChild(const Object* before, Object* child);
+    /// Takes `child` out and hands it to the caller; null, changing nothing, if it is no child.
+    Object* extractChild(Object* child);
+    Object* extractChild(int index);
+    /// Deletes all children.
+    void killChildren();
+    bool isChild(const Object* node) const;
+    Object* getChild(int index);
+    const Object* getChild(int index) const;
+    int getChildCount() const;
+    /// The index-th of the children that are elements.
+    Element* getElement(int index);
+    const Element* getElement(int index) const;
+
+    /// Null when there is no attribute of that name.
+    Attribute* getAttribute(const std::string& name);
+    const Attribute* getAttribute(const std::string& name) const;
+    /// The index-th attribute, in byte order of the names.
+    Attribute* getAttribute(int index);
+    const Attribute* getAttribute(int index) const;
+    int getAttributeCount() const;
+    /// The attribute's value, else the default that the DTD declares, else an empty text.
+    const DataHolder& getAttributeValue(const std::string& name) const;
+    /// Adds the attribute or replaces it. Reports a name that is not valid and stores it all the same.
+    void setAttribute(const std::string& name, const DataHolder& value);
+    /// Does nothing, touching included, when there is no such attribute.
+    void removeAttribute(const std::string& name);
+    void removeAttribute(int index);
+
+    /// The plain text of the first child that is character data; empty when there is none.
+    const DataHolder& getCharData() const;
+    /// Removes character data and appends `text`, which so comes behind child elements.
+    ///
+    /// Of character data children next to each other only every other one is removed.
+    void setCharData(const DataHolder& text);
+
+    /// The index-th child element of that name, or null.
+    Element* getElement(const std::string& name, int index = 0);
+    const Element* getElement(const std::string& name, int index = 0) const;
+    /// The index-th child element that has the attribute with just that value, or null. Defaults
+    /// from the DTD do not count.
+    Element* getElementByAttribute(const std::string& attName, const DataHolder& value,
+                                   int index = 0);
+    const Element* getElementByAttribute(const std::string& attName, const DataHolder& value,
+                                         int index = 0) const;
+    /// `getCharData` of the first child element of that name; empty when there is none.
+    const DataHolder& getElementCharData(const std::string& name) const;
+    /// `setCharData` on the first child element of that name, if there is one.
+    void setElementCharData(const std::string& name, const DataHolder& text);
+
+    /// The index-th element of that name below this one, parents before their children, or null.
+    Element* findElement(const std::string& name, int index = 0);
+    const Element* findElement(const std::string& name, int index = 0) const;
+    /// The index-th element below this one whose `getAttributeValue` is just that value, or null.
+    /// Defaults from the DTD count.
+    Element* findElementByAttribute(const std::string& attName, const DataHolder& value,
+                                    int index = 0);
+    const Element* findElementByAttribute(const std::string& attName, const DataHolder& value,
+                                          int index = 0) const;
+    /// Appends every element of that name below this one, parents before their children.
+    void findAllElements(const std::string& name, std::vector<Element*>& found);
+    void findAllElements(const std::string& name, std::vector<const Element*>& found) const;
+    /// `getCharData` of `findElement(name)`; empty when there is none.
+    const DataHolder& findElementCharData(const std::string& name) const;
+    /// `setCharData` on `findElement(name)`, if there is one.
+    void findAndSetElementCharData(const std::string& name, const DataHolder& text);
+
+    /// Switches, for the whole process, whether an element without children is written as `<a/>`
+    /// (true, as at first) or `<a></a>`. Returns the previous setting.
+    static bool setShortNotationForEmptyTags(bool on);
+    static bool usingShortNotationForEmptyTags();
+
+protected:
+    void write(OutStream& out) const override;
+
+private:
+    friend class Document;
+    friend class Dtd;
+
+    using Attributes = std::vector<std::unique_ptr<Attribute>>;
+
+    Attributes::const_iterator lowerBound(const std::string& name) const;
+    void eraseAttribute(Attributes::const_iterator at);
+    void adopt(Object* child);
+    void insertAt(std::size_t place, Object* child);
+    void takeContent(Element&& other);
+    void destroyContent();
+    void copyShallow(const Element& other);
+    void copyChildren(const Element& other);
+    void writeStartTag(OutStream& out) const;
+    bool hasElementContent() const;
+
+    std::vector<Object*> mChildren;  ///< owned
+    Attributes mAttributes;          ///< sorted by name
+    std::string mName;
+    mutable std::unique_ptr<std::string> mText;  ///< made by `toString`
+};
+
+/// A root element with an optional DTD.
+class VEXXML_API Document : public Object {
+public:
+    /// Takes ownership of both, which may be null, and binds the root to the DTD.
+    explicit Document(Element* root = nullptr, Dtd* dtd = nullptr);
+    Document(const Document& other);
+    Document(Document&& other) noexcept;
+    /// Becomes a deep copy of `other`.
+    Document& operator=(const Document& other);
+    Document& operator=(Document&& other) noexcept;
+    ~Document() override;
+
+    /// Sets the link of the document alone, not that of its root.
+    void setDtd(const Dtd* dtd) override;
+    Object* clone() const override;
+    /// "<Document> " and the root's name.
+    const std::string& toString() const override;
+    bool isDocument() const override;
+
+    /// Null when there is none. The document stays the owner.
+    Element* getRoot();
+    const Element* getRoot() const;
+    Dtd* getDtd();
+    const Dtd* getDtd() const;
+    /// Hands the root to the caller, bound to no DTD; null when there is none.
+    Element* extractRoot();
+    /// Hands the DTD to the caller and unbinds the root from it; null when there is none.
+    Dtd* extractDtd();
+
+    /// The index-th element of that name, the root included, parents before their children, or null.
+    Element* find(const std::string& name, int index = 0);
+    const Element* find(const std::string& name, int index = 0) const;
+    /// Every element of that name, the root included, parents before their children.
+    std::vector<Element*> findAll(const std::string& name);
+
+    /// Whether the document keeps to its DTD: true without a DTD, false with a DTD but no root. What
+    /// is valid becomes bound to the DTD.
+    bool validate();
+
+protected:
+    void write(OutStream& out) const override;
+
+private:
+    std::unique_ptr<Element> mRoot;
+    std::unique_ptr<Dtd> mDocumentDtd;
+    mutable std::unique_ptr<std::string> mText;  ///< made by `toString`
+};
+
+}  // namespace Xml

@@ -1,0 +1,363 @@
+#pragma once
+
+/// Document type definitions: what elements may hold, which attributes they have, and entities.
+
+#include <map>
+#include <memory>
+#include <queue>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "VexXml/Dom.h"
+#include "VexXml/Export.h"
+#include "VexXml/Values.h"
+
+namespace Xml {
+
+/// How often a content particle may occur. The values are fixed.
+enum RepType : int {
+    RepOnce = 0,        ///< no suffix
+    RepOptional = 1,    ///< "?"
+    RepZeroOrMore = 2,  ///< "*"
+    RepOneOrMore = 3    ///< "+"
+};
+
+/// The default declaration of an attribute. The values are fixed.
+enum AttType : int {
+    AttValue = 0,     ///< a default value
+    AttRequired = 1,  ///< "#REQUIRED"
+    AttImplied = 2,   ///< "#IMPLIED"
+    AttFixed = 3      ///< "#FIXED" and a value
+};
+
+/// What an element may hold: the model of one element declaration.
+///
+/// A model refers to the `Dtd` that it belongs to, without owning it: child elements are validated
+/// through that. Copying keeps this link; `clone` sets another.
+class VEXXML_API ContentSpec {
+public:
+    explicit ContentSpec(Dtd* dtd);
+    virtual ~ContentSpec();
+    /// Whether the children fit the model. Nodes that fit become bound to the DTD.
+    virtual bool validate(std::vector<Object*>* children) const = 0;
+    /// Writes the model as it stands in an element declaration.
+    virtual void toStream(OutStream& out) const = 0;
+    /// A copy that belongs to `newDtd`, owned by the caller.
+    virtual ContentSpec* clone(Dtd* newDtd) const = 0;
+
+protected:
+    ContentSpec(const ContentSpec&);
+    ContentSpec& operator=(const ContentSpec&);
+
+private:
+    friend class ModelAccess;
+
+    Dtd* mDtd;
+};
+
+/// ANY: whatever there is. Children are neither inspected nor bound.
+class VEXXML_API AnySpec : public ContentSpec {
+public:
+    explicit AnySpec(Dtd* dtd);
+
+    bool validate(std::vector<Object*>* children) const override;
+    void toStream(OutStream& out) const override;
+    ContentSpec* clone(Dtd* newDtd) const override;
+};
+
+/// EMPTY: no children.
+class VEXXML_API EmptySpec : public ContentSpec {
+public:
+    explicit EmptySpec(Dtd* dtd);
+
+    bool validate(std::vector<Object*>* children) const override;
+    void toStream(OutStream& out) const override;
+    ContentSpec* clone(Dtd* newDtd) const override;
+};
+
+/// (#PCDATA): character data only.
+class VEXXML_API CharSpec : public ContentSpec {
+public:
+    explicit CharSpec(Dtd* dtd);
+
+    bool validate(std::vector<Object*>* children) const override;
+    void toStream(OutStream& out) const override;
+    ContentSpec* clone(Dtd* newDtd) const override;
+};
+
+/// (#PCDATA | a | b)*: character data and the named elements, in any order.
+class VEXXML_API MixedSpec : public ContentSpec {
+public:
+    explicit MixedSpec(Dtd* dtd);
+
+    /// Appends the name. Reports one that is there already and does not append it.
+    void addName(const std::string& name);
+
+    bool validate(std::vector<Object*>* children) const override;
+    void toStream(OutStream& out) const override;
+    ContentSpec* clone(Dtd* newDtd) const override;
+
+private:
+    friend class ModelAccess;
+
+    std::vector<std::string> mNames;              ///< in the order added
+    std::unordered_set<std::string> mKnownNames;  ///< the same names
+};
+
+class ChildrenSpec;
+
+/// A content particle without its repetition: a name, a choice or a sequence.
+class VEXXML_API CpSpec {
+public:
+    explicit CpSpec(Dtd* dtd);
+    virtual ~CpSpec();
+    /// Matches children from the front of the queue, and takes from it what it matched. After a
+    /// failure the queue is left as the failure found it.
+    virtual bool validate(std::queue<Object*>* pending) const = 0;
+    /// Writes the particle. `parenthesise` asks for parentheses where they are not needed anyway.
+    virtual void toStream(OutStream& out, bool parenthesise) const = 0;
+    /// A copy that belongs to `newDtd`, owned by the caller.
+    virtual CpSpec* clone(Dtd* newDtd) const = 0;
+
+protected:
+    CpSpec(const CpSpec&);
+    CpSpec& operator=(const CpSpec&);
+
+private:
+    friend class ModelAccess;
+
+    Dtd* mDtd;
+};
+
+/// One element of a given name.
+class VEXXML_API NameSpec : public CpSpec {
+public:
+    /// A name that is not valid is dropped without a report: nothing is matched and nothing written.
+    NameSpec(Dtd* dtd, const std::string& name);
+
+    bool validate(std::queue<Object*>* pending) const override;
+    void toStream(OutStream& out, bool parenthesise) const override;
+    CpSpec* clone(Dtd* newDtd) const override;
+
+private:
+    friend class ModelAccess;
+
+    std::string mName;
+};
+
+/// (a | b): the first of its alternatives that matches.
+class VEXXML_API ChoiceSpec : public CpSpec {
+public:
+    explicit ChoiceSpec(Dtd* dtd);
+    ChoiceSpec(const ChoiceSpec& other);
+    ChoiceSpec(ChoiceSpec&& other) noexcept;
+    ChoiceSpec& operator=(const ChoiceSpec& other);
+    ChoiceSpec& operator=(ChoiceSpec&& other) noexcept;
+    ~ChoiceSpec() override;
+
+    void addChoice(const std::string& name, RepType rep);
+    /// Takes ownership of the particle.
+    void addChoice(CpSpec* cp, RepType rep);
+    /// Takes ownership of the node.
+    void addChoice(ChildrenSpec* choice);
+    /// Makes character data one more alternative, tried last. `clone` does not carry it over.
+    void addCharDataAsChoice(bool charData);
+
+    bool validate(std::queue<Object*>* pending) const override;
+    /// Reports a choice of fewer than two alternatives, character data not counted, and writes
+    /// nothing.
+    void toStream(OutStream& out, bool parenthesise) const override;
+    CpSpec* clone(Dtd* newDtd) const override;
+
+private:
+    friend class ModelAccess;
+
+    std::vector<std::unique_ptr<ChildrenSpec>> mChoices;
+    bool mCharDataAsChoice = false;
+};
+
+/// (a, b): its items one after the other.
+class VEXXML_API SeqSpec : public CpSpec {
+public:
+    explicit SeqSpec(Dtd* dtd);
+    SeqSpec(const SeqSpec& other);
+    SeqSpec(SeqSpec&& other) noexcept;
+    SeqSpec& operator=(const SeqSpec& other);
+    SeqSpec& operator=(SeqSpec&& other) noexcept;
+    ~SeqSpec() override;
+
+    void add(const std::string& name, RepType rep);
+    /// Takes ownership of the particle.
+    void add(CpSpec* cp, RepType rep);
+    /// Takes ownership of the node.
+    void add(ChildrenSpec* item);
+
+    bool validate(std::queue<Object*>* pending) const override;
+    /// Reports a sequence without items and writes nothing.
+    void toStream(OutStream& out, bool parenthesise) const override;
+    CpSpec* clone(Dtd* newDtd) const override;
+
+private:
+    friend class ModelAccess;
+
+    std::vector<std::unique_ptr<ChildrenSpec>> mItems;
+};
+
+/// A content particle with its repetition; at the top, the model of element-only content.
+///
+/// Matching is greedy and never goes back: a repeated particle takes all it can, a choice its first
+/// alternative that matches, whatever the particles behind it need. So (a+, a) matches nothing. A
+/// repeated particle that can match nothing, as in ((a?)*), repeats for ever when a child is left
+/// that it does not match.
+class VEXXML_API ChildrenSpec : public ContentSpec {
+public:
+    ChildrenSpec(Dtd* dtd, const std::string& name, RepType rep);
+    /// Takes ownership of the particle.
+    ChildrenSpec(Dtd* dtd, CpSpec* cp, RepType rep);
+    ChildrenSpec(const ChildrenSpec& other);
+    ChildrenSpec(ChildrenSpec&& other) noexcept;
+    ChildrenSpec& operator=(const ChildrenSpec& other);
+    ChildrenSpec& operator=(ChildrenSpec&& other) noexcept;
+    ~ChildrenSpec() override;
+
+    bool validate(std::vector<Object*>* children) const override;
+    /// Matches children from the front of the queue, and takes from it what it matched.
+    bool validate(std::queue<Object*>* pending) const;
+    void toStream(OutStream& out) const override;
+    void toStream(OutStream& out, bool parenthesise) const;
+    ChildrenSpec* clone(Dtd* newDtd) const override;
+
+private:
+    friend class ModelAccess;
+
+    RepType mRep;
+    std::unique_ptr<CpSpec> mCp;
+};
+
+/// The declaration of one attribute: its type and its default declaration.
+class VEXXML_API AttDef {
+public:
+    /// Reports a value given with `AttRequired` or `AttImplied` and drops it.
+    AttDef(AttType type, const DataHolder& defaultValue);
+    virtual ~AttDef();
+    /// Writes the attribute type.
+    virtual void typeToStream(OutStream& out) const = 0;
+    /// Whether the type allows the value.
+    virtual bool validate(const DataHolder& value) const = 0;
+    /// A copy, owned by the caller.
+    virtual AttDef* clone() const = 0;
+
+    bool isRequired() const;
+    /// Whether there is a default value, which may be empty.
+    bool hasDefault() const;
+    /// Empty when there is none.
+    const DataHolder& getDefault() const;
+    /// Writes the declaration as it stands behind the attribute's name.
+    void toStream(OutStream& out) const;
+
+protected:
+    AttDef(const AttDef&);
+    AttDef(AttDef&&) noexcept;
+    AttDef& operator=(const AttDef&);
+    AttDef& operator=(AttDef&&) noexcept;
+
+private:
+    AttType mType;
+    DataHolder mDefaultValue;
+};
+
+/// CDATA: any text.
+class VEXXML_API AttStringType : public AttDef {
+public:
+    AttStringType(AttType type, const DataHolder& defaultValue);
+
+    void typeToStream(OutStream& out) const override;
+    bool validate(const DataHolder& value) const override;
+    AttDef* clone() const override;
+};
+
+/// A document type definition: element declarations, attribute lists and general entities.
+///
+/// Everything is kept, validated and written in byte order of the names.
+class VEXXML_API Dtd : public Object {
+public:
+    explicit Dtd(const std::string& name);
+    /// Clones every model and definition, so a choice loses its "#PCDATA" alternative.
+    Dtd(const Dtd& other);
+    /// Takes the models along as they are, bound to the new object.
+    Dtd(Dtd&& other) noexcept;
+    /// Shares the models and definitions, unlike the copy constructor; the models stay bound to
+    /// `other`, and once that is destroyed they match no element.
+    Dtd& operator=(const Dtd& other);
+    Dtd& operator=(Dtd&& other) noexcept;
+    ~Dtd() override;
+
+    Object* clone() const override;
+    /// "<Document Type Description>".
+    const std::string& toString() const override;
+    bool isDtd() const override;
+
+    /// The document type name.
+    const DataHolder& getName() const;
+
+    /// Declares an element that holds text only.
+    ///
+    /// Every `addElementDecl` reports a name that is declared already, keeps the first declaration
+    /// and answers false.
+    bool addElementDecl(const std::string& name);
+    /// Takes ownership of the model if the declaration is stored.
+    bool addElementDecl(const std::string& name, ContentSpec* spec);
+    /// Takes ownership of the particle in any case.
+    bool addElementDecl(const std::string& name, CpSpec* cp, RepType rep);
+    /// Declares an element that holds child elements of one name.
+    bool addElementDecl(const std::string& name, const std::string& childName, RepType rep);
+    /// Takes ownership of the definition if it is stored. Reports an attribute that is declared
+    /// already, keeps the first definition and answers false.
+    bool addAttDecl(const std::string& element, const std::string& attribute, AttDef* def);
+    bool addAttDecl(const std::string& element, const std::string& attribute, AttType type);
+
+    /// Empty when there is no default.
+    const DataHolder& getDefaultValue(const std::string& element,
+                                      const std::string& attribute) const;
+    bool hasDefaultValue(const std::string& element, const std::string& attribute) const;
+
+    /// Adds the entity or replaces its value. Does not touch.
+    void setEntity(const std::string& name, const DataHolder& value);
+    bool isEntityName(const std::string& name) const;
+    bool isEntityValue(const DataHolder& value) const;
+    /// Reports an unknown name and gives the reference to it, valid until the next such call.
+    const DataHolder& getEntityValue(const std::string& name) const;
+    /// The first name, in byte order, with that value. Reports an unknown value and gives its text,
+    /// valid until the next such call.
+    const std::string& getEntityName(const DataHolder& value) const;
+
+    /// Adds clones of what `other` declares; `overwrite` tells which of two declarations of the same
+    /// name stays. Does not touch.
+    void merge(const Dtd& other, bool overwrite);
+
+    /// Whether the element and everything below it keep to the declarations. Nodes that do become
+    /// bound to this DTD, even if an element around them does not.
+    bool validate(Element* element) const;
+
+protected:
+    void write(OutStream& out) const override;
+
+private:
+    friend class Validator;
+
+    using AttList = std::map<std::string, std::shared_ptr<AttDef>>;
+
+    void takeDeclarations(Dtd&& other);
+    void releaseModels();
+
+    // Shared only after copy assignment.
+    std::map<std::string, std::shared_ptr<ContentSpec>> mElementDecls;
+    std::map<std::string, AttList> mAttListDecls;
+    DataHolder mName;
+    std::map<std::string, DataHolder> mEntities;
+    mutable DataHolder mUnknownEntityValue;
+    mutable std::string mUnknownEntityName;
+};
+
+}  // namespace Xml

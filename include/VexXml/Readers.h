@@ -1,0 +1,268 @@
+#pragma once
+
+/// Readers turn text into nodes and declarations, one class for each production of the grammar.
+///
+/// A reader is used once: `parse` reads from where the stream stands and leaves it where reading
+/// stopped. Then the result is there, or an error text. The result belongs to the reader until it
+/// is extracted.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "VexXml/Dom.h"
+#include "VexXml/Dtd.h"
+#include "VexXml/Export.h"
+#include "VexXml/Streams.h"
+#include "VexXml/Values.h"
+
+namespace Xml {
+
+/// What all readers share: the error text.
+class VEXXML_API Reader {
+protected:
+    /// Sets the error text to "(line = L, column = C) TEXT <CLASS>", with the stream's line and
+    /// column and the name of the reader's class.
+    virtual void message(InStream& in, const std::string& text);
+
+public:
+    virtual ~Reader();
+    /// Reads; false on failure, with the reason in `getErrorMessage()`, empty for those few that have
+    /// no text.
+    virtual bool parse(InStream& in) = 0;
+
+    const std::string& getErrorMessage() const;
+
+protected:
+    Reader();
+    Reader(const Reader&);
+    Reader(Reader&&) noexcept;
+    Reader& operator=(const Reader&);
+    Reader& operator=(Reader&&) noexcept;
+
+    /// Takes over the error text of another reader as it is.
+    void setMessage(const std::string& text);
+
+    // The operations of the stream, except that a failure becomes the reader's error text.
+    bool checkToken(InStream& in, const std::string& expected);
+    bool getName(InStream& in, std::string& name);
+    bool getString(InStream& in, std::string& quoted);
+    bool getToken(InStream& in, std::string& token);
+    bool getCharData(InStream& in, DataHolder& text);
+    bool skip(InStream& in, const std::string& until);
+
+private:
+    std::string mMessage;
+};
+
+/// Reads one element with all it holds.
+///
+/// Elements may nest to any depth. White space in front of markup is dropped; comments and
+/// processing instructions leave no node; a CDATA section becomes character data.
+class VEXXML_API ElementReader : public Reader {
+public:
+    /// `dtd`, which may be null, is asked for the entities in attribute values.
+    explicit ElementReader(Dtd* dtd);
+    ElementReader(const ElementReader& other);
+    ElementReader(ElementReader&& other) noexcept;
+    ElementReader& operator=(const ElementReader& other);
+    ElementReader& operator=(ElementReader&& other) noexcept;
+    ~ElementReader() override;
+
+    bool parse(InStream& in) override;
+
+    /// The element, complete after success; null before. After a failure, as much of it as was read.
+    Element* getRoot();
+    Element* extractRoot();
+
+private:
+    enum class Content;
+
+    bool readStartTag(InStream& in, bool& empty);
+    bool readAttributes(InStream& in, std::string& token);
+    Content readContent(InStream& in);
+    Content readEndTag(InStream& in);
+    bool readCharData(InStream& in);
+    bool readCDataSection(InStream& in);
+    bool fail(InStream& in);
+
+    std::unique_ptr<Element> mElement;
+    Dtd* mDtd;
+};
+
+/// Reads a comment and drops it.
+class VEXXML_API CommentReader : public Reader {
+public:
+    bool parse(InStream& in) override;
+};
+
+/// Reads a processing instruction and drops it.
+class VEXXML_API PIReader : public Reader {
+public:
+    bool parse(InStream& in) override;
+};
+
+/// Reads the XML declaration, which must name version 1.0 and may name an encoding. An encoding other
+/// than UTF-8 sets the error text but is no failure.
+class VEXXML_API VersionInfoReader : public Reader {
+public:
+    bool parse(InStream& in) override;
+
+private:
+    bool readEncoding(InStream& in);
+};
+
+/// Reads the declarations of a DTD: all of the stream, or an internal subset up to its "]".
+class VEXXML_API DTDReader : public Reader {
+public:
+    /// `name` is the document type name of the `Dtd` that is built.
+    explicit DTDReader(const std::string& name);
+    DTDReader(const DTDReader& other);
+    DTDReader(DTDReader&& other) noexcept;
+    DTDReader& operator=(const DTDReader& other);
+    DTDReader& operator=(DTDReader&& other) noexcept;
+    ~DTDReader() override;
+
+    bool parse(InStream& in) override;
+
+    /// Whether an internal subset is read, the "[" in front of it being read already. False at first.
+    void setInternal(bool internal);
+    Dtd* getDtd();
+    Dtd* extractDtd();
+
+private:
+    bool readDeclaration(InStream& in, const std::string& keyword);
+
+    std::unique_ptr<Dtd> mDtd;
+    bool mInternal = false;
+};
+
+/// Reads a document type declaration with its internal subset, or with the file that "SYSTEM" names.
+class VEXXML_API DoctypeReader : public Reader {
+public:
+    DoctypeReader();
+    DoctypeReader(const DoctypeReader& other);
+    DoctypeReader(DoctypeReader&& other) noexcept;
+    DoctypeReader& operator=(const DoctypeReader& other);
+    DoctypeReader& operator=(DoctypeReader&& other) noexcept;
+    ~DoctypeReader() override;
+
+    bool parse(InStream& in) override;
+
+    /// Null after a failure.
+    Dtd* extractDtd();
+
+private:
+    std::unique_ptr<Dtd> mDtd;
+};
+
+/// Reads the declaration of an internal general entity into a `Dtd`.
+class VEXXML_API EntityReader : public Reader {
+public:
+    explicit EntityReader(Dtd* dtd);
+
+    bool parse(InStream& in) override;
+
+private:
+    Dtd* mDtd;
+};
+
+/// Reads an element declaration into a `Dtd`.
+class VEXXML_API ElementDeclReader : public Reader {
+public:
+    explicit ElementDeclReader(Dtd* dtd);
+
+    bool parse(InStream& in) override;
+
+private:
+    bool readModel(InStream& in, std::unique_ptr<ContentSpec>& model);
+
+    Dtd* mDtd;
+};
+
+/// Reads a mixed content model.
+class VEXXML_API MixedSpecReader : public Reader {
+public:
+    explicit MixedSpecReader(Dtd* dtd);
+    MixedSpecReader(const MixedSpecReader& other);
+    MixedSpecReader(MixedSpecReader&& other) noexcept;
+    MixedSpecReader& operator=(const MixedSpecReader& other);
+    MixedSpecReader& operator=(MixedSpecReader&& other) noexcept;
+    ~MixedSpecReader() override;
+
+    bool parse(InStream& in) override;
+
+    /// Null after a failure.
+    MixedSpec* extractMixedSpec();
+
+private:
+    RepType getRep(InStream& in);
+
+    Dtd* mDtd;
+    std::unique_ptr<MixedSpec> mMixedSpec;
+};
+
+/// Reads the model of element-only content, of any depth.
+class VEXXML_API ChildrenSpecReader : public Reader {
+public:
+    explicit ChildrenSpecReader(Dtd* dtd);
+    ChildrenSpecReader(const ChildrenSpecReader& other);
+    ChildrenSpecReader(ChildrenSpecReader&& other) noexcept;
+    ChildrenSpecReader& operator=(const ChildrenSpecReader& other);
+    ChildrenSpecReader& operator=(ChildrenSpecReader&& other) noexcept;
+    ~ChildrenSpecReader() override;
+
+    bool parse(InStream& in) override;
+
+    /// Null after a failure.
+    ChildrenSpec* extractChildrenSpec();
+
+private:
+    struct Group;
+
+    RepType getRep(InStream& in);
+
+    Dtd* mDtd;
+    std::unique_ptr<ChildrenSpec> mChildrenSpec;
+};
+
+/// Reads an attribute-list declaration into a `Dtd`.
+class VEXXML_API AttListReader : public Reader {
+public:
+    explicit AttListReader(Dtd* dtd);
+
+    bool parse(InStream& in) override;
+
+private:
+    bool readDefinition(InStream& in, const std::string& element, const std::string& attribute);
+
+    Dtd* mDtd;
+};
+
+/// Reads a whole document and validates it against the DTD that it declares.
+class VEXXML_API DocumentReader : public Reader {
+public:
+    DocumentReader();
+    DocumentReader(const DocumentReader& other);
+    DocumentReader(DocumentReader&& other) noexcept;
+    DocumentReader& operator=(const DocumentReader& other);
+    DocumentReader& operator=(DocumentReader&& other) noexcept;
+    ~DocumentReader() override;
+
+    bool parse(InStream& in) override;
+
+    /// The document; null before. It is also there when only its validation, or something behind its
+    /// root element, failed.
+    Document* getDocument();
+    Document* extractDocument();
+
+private:
+    bool parseProlog(InStream& in);
+    bool parseElement(InStream& in);
+    bool parseMisc(InStream& in);
+
+    std::unique_ptr<Document> mDocument;
+    std::unique_ptr<Dtd> mDtd;
+};
+
+}  // namespace Xml
