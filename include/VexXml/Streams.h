@@ -78,8 +78,8 @@ protected:
     InStream& operator=(InStream&&) noexcept;
 
 private:
-    /// The positions at which a line begins, each once, in the order found, which may jump back when
-    /// text is read again. All questions take logarithmic time.
+    /// The positions at which a line begins, each once, in the order found, which may jump back
+    /// when text is read again. All questions take logarithmic time.
     class LineStarts {
     public:
         void add(int position);
@@ -87,15 +87,15 @@ private:
         int columnOf(int position) const;
 
     private:
-        /// The place in `mMaxima` of the first one that is not below `position`.
-        std::vector<std::size_t>::const_iterator firstNotBelow(int position) const;
+        /// The first of `mHighs` whose line start is not below `position`.
+        std::vector<int>::const_iterator firstNotBelow(int position) const;
 
         std::vector<int> mFound;
-        std::vector<std::size_t> mMaxima;  ///< where in `mFound` the entries above all before them are
-        std::unordered_map<int, std::size_t> mOthers;  ///< where in `mFound` each other entry is
+        std::vector<int> mHighs;  ///< where in `mFound` the entries above all earlier ones are
+        std::unordered_map<int, int> mOthers;  ///< where in `mFound` each other entry is
     };
 
-    struct Opener;
+    class TokenReader;
 
     bool getTokenInParseBuffer();
     bool getTokenltInParseBuffer();
@@ -208,8 +208,8 @@ private:
 /// Whether writing succeeded is to be asked of the standard stream.
 class VEXXML_API FileOutStream : public OutStream {
 public:
-    /// Opens `path` in `*file` for writing from its start, dropping what it held, and closes it when
-    /// destroyed. A file that cannot be opened is reported as a `Message`.
+    /// Opens `path` in `*file` for writing from its start, dropping what it held, and closes it
+    /// when destroyed. A file that cannot be opened is reported as a `Message`.
     FileOutStream(const std::string& path, std::ofstream* file);
     /// Writes the stream as it is and never closes it.
     explicit FileOutStream(std::ostream* stream);

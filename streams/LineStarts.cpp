@@ -1,0 +1,48 @@
+#include <algorithm>
+
+#include "VexXml/Streams.h"
+
+namespace Xml {
+
+std::vector<int>::const_iterator InStream::LineStarts::firstNotBelow(int position) const {
+    const auto isBelow = [this](int place, int limit) {
+        return mFound[static_cast<std::size_t>(place)] < limit;
+    };
+    return std::lower_bound(mHighs.begin(), mHighs.end(), position, isBelow);
+}
+
+void InStream::LineStarts::add(int position) {
+    const int place = static_cast<int>(mFound.size());
+    const auto high = firstNotBelow(position);
+    if (high == mHighs.end()) {
+        mHighs.push_back(place);
+    } else if (mFound[static_cast<std::size_t>(*high)] == position ||
+               !mOthers.emplace(position, place).second) {
+        return;
+    }
+    mFound.push_back(position);
+}
+
+// A position that is no line start counts to the last line, wherever it lies: deliberate, as
+// messages are compared with these numbers.
+int InStream::LineStarts::lineOf(int position) const {
+    if (mFound.empty()) return 1;
+    const auto high = firstNotBelow(position);
+    if (high != mHighs.end() && mFound[static_cast<std::size_t>(*high)] == position) {
+        return *high + 1;
+    }
+    const auto other = mOthers.find(position);
+    return other != mOthers.end() ? other->second + 1 : static_cast<int>(mFound.size());
+}
+
+// The first entry found that is not below the position is always one above all earlier ones, so
+// the highs alone tell it. At a line start itself the column still counts from the line before:
+// deliberate, as above.
+int InStream::LineStarts::columnOf(int position) const {
+    const auto high = firstNotBelow(position);
+    const std::size_t place =
+        high != mHighs.end() ? static_cast<std::size_t>(*high) : mFound.size();
+    return place == 0 ? position : position - mFound[place - 1];
+}
+
+}  // namespace Xml
