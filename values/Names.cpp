@@ -1,0 +1,32 @@
+#include <algorithm>
+#include <string>
+
+#include "VexXml/Values.h"
+
+namespace Xml {
+namespace {
+
+bool isNameStart(char c) { return isLetter(c) || c == '_' || c == ':'; }
+
+bool isName(const char* begin, const char* end) {
+    return begin != end && isNameStart(*begin) && std::all_of(begin + 1, end, isNameChar);
+}
+
+}  // namespace
+
+// None of these asks the locale: names are the same wherever a document is read.
+bool isWhite(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+bool isNameChar(char c) {
+    return isLetter(c) || isDigit(c) || c == '-' || c == '.' || c == ':' || c == '_';
+}
+
+bool isName(const char* bytes, int count) { return count > 0 && isName(bytes, bytes + count); }
+
+bool isName(const std::string& text) { return isName(text.data(), text.data() + text.size()); }
+
+}  // namespace Xml

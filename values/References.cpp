@@ -1,0 +1,121 @@
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <string>
+
+#include "VexXml/Dtd.h"
+#include "VexXml/Values.h"
+
+namespace Xml {
+namespace {
+
+struct StdEntity {
+    char character;
+    const char* name;
+};
+
+constexpr StdEntity kStdEntities[] = {
+    {'&', "amp"}, {'<', "lt"}, {'>', "gt"}, {'"', "quot"}, {'\'', "apos"},
+};
+constexpr const char* kStdCharacters = "&<>\"'";
+
+// Null when the character needs no reference.
+const char* stdEntityName(char character) {
+    for (const StdEntity& entity : kStdEntities) {
+        if (entity.character == character) return entity.name;
+    }
+    return nullptr;
+}
+
+const char* stdEntityName(const DataHolder& value) {
+    return value.getSize() == 1 ? stdEntityName(value[0]) : nullptr;
+}
+
+bool isCharacterReference(const std::string& name) { return name.size() > 1 && name[0] == '#'; }
+
+// The byte that the number behind "#" stands for, which is its low byte; 0 when there is no number
+// or it does not fit 32 bits. Only the lower-case "x" makes it hexadecimal.
+char numberedCharacter(const std::string& name) {
+    const bool isHex = name[1] == 'x';
+    const long long number = std::strtoll(name.c_str() + (isHex ? 2 : 1), nullptr, isHex ? 16 : 10);
+    using Limits = std::numeric_limits<std::int32_t>;
+    if (number < Limits::min() || number > Limits::max()) return '\0';
+    return static_cast<char>(static_cast<unsigned char>(number));
+}
+
+// 0 when the name is neither a number nor predefined.
+char characterValue(const std::string& name) {
+    if (isCharacterReference(name)) return numberedCharacter(name);
+    for (const StdEntity& entity : kStdEntities) {
+        if (name == entity.name) return entity.character;
+    }
+    return '\0';
+}
+
+std::string reference(const std::string& name) { return '&' + name + ';'; }
+
+}  // namespace
+
+DataHolder& replaceEntities(DataHolder& text, const Dtd* dtd) {
+    const std::string source = text;
+    std::size_t next = source.find('&');
+    if (next == std::string::npos) return text;
+
+    std::string result;
+    std::size_t copied = 0;  // invariant: `result` stands for all of `source` in front of here
+    for (; next != std::string::npos; next = source.find('&', copied)) {
+        const std::size_t end = std::min(source.find(';', next), source.size());
+        result.append(source, copied, next - copied);
+        result += getEntityValue(source.substr(next + 1, end - next - 1), dtd);
+        copied = std::min(end + 1, source.size());
+    }
+    text = result.append(source, copied);
+    return text;
+}
+
+DataHolder& insertStdEntities(DataHolder& text) {
+    const std::string source = text;
+    std::size_t next = source.find_first_of(kStdCharacters);
+    if (next == std::string::npos) return text;
+
+    std::string result;
+    std::size_t copied = 0;
+    for (; next != std::string::npos; next = source.find_first_of(kStdCharacters, copied)) {
+        result.append(source, copied, next - copied);
+        result += reference(stdEntityName(source[next]));
+        copied = next + 1;
+    }
+    text = result.append(source, copied);
+    return text;
+}
+
+std::string toXmlString(const DataHolder& text) {
+    DataHolder escaped = text;
+    return '"' + std::string(insertStdEntities(escaped)) + '"';
+}
+
+DataHolder getEntityValue(const std::string& name, const Dtd* dtd) {
+    if (const char character = characterValue(name)) return {&character, 1};
+    if (dtd != nullptr && dtd->isEntityName(name)) return dtd->getEntityValue(name);
+    return reference(name);
+}
+
+std::string getEntityName(const DataHolder& value, const Dtd* dtd) {
+    if (const char* name = stdEntityName(value)) return name;
+    if (dtd != nullptr && dtd->isEntityValue(value)) return dtd->getEntityName(value);
+    return value;
+}
+
+// A number need not be valid here: "#zz" counts as a name that can be expanded.
+bool isEntityName(const std::string& name, const Dtd* dtd) {
+    if (isCharacterReference(name) || characterValue(name) != '\0') return true;
+    return dtd != nullptr && dtd->isEntityName(name);
+}
+
+bool isEntityValue(const DataHolder& value, const Dtd* dtd) {
+    if (stdEntityName(value) != nullptr) return true;
+    return dtd != nullptr && dtd->isEntityValue(value);
+}
+
+}  // namespace Xml
