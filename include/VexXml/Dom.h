@@ -3,11 +3,12 @@
 /// The tree: a document, its elements, their attributes and character data.
 ///
 /// Ownership is strictly a tree: a document owns its root and its DTD, an element its children and
-/// attributes. `extract…` hands a node back to the caller, `clone` gives a copy that the caller owns.
-/// Everything else that is handed out is a pointer or reference into the tree.
+/// attributes. `extract…` hands a node back to the caller, `clone` gives a copy that the caller
+/// owns. Everything else that is handed out is a pointer or reference into the tree.
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "VexXml/Export.h"
@@ -22,15 +23,15 @@ class Dtd;
 class Element;
 class OutStream;
 
-/// The base of every node: its place in the tree, the DTD it is read against, and whether it changed
-/// since it was written.
+/// The base of every node: its place in the tree, the DTD it is read against, and whether it
+/// changed since it was written.
 ///
 /// A copied node is detached: it has no parent, and counts as changed and never written.
 class VEXXML_API Object {
 public:
     virtual ~Object();
-    /// Sets the DTD that entities and attribute defaults are looked up in; null for none. The DTD is
-    /// not owned and must outlive the link.
+    /// Sets the DTD that entities and attribute defaults are looked up in; null for none. The DTD
+    /// is not owned and must outlive the link.
     virtual void setDtd(const Dtd* dtd);
     /// A copy of the node and all below it, owned by the caller.
     virtual Object* clone() const = 0;
@@ -81,12 +82,15 @@ protected:
     virtual void write(OutStream& out) const = 0;
 
 private:
+    friend class CharData;
     friend class Document;
     friend class Element;
 
+    bool isPathTouched() const;
     bool beginWrite(OutStream& out);
     void endWrite(OutStream& out);
-    void forgetSubtreesBound();
+    void forgetTouchedPaths();
+    void forgetBoundAbove();
 
     const Dtd* mDtd = nullptr;
     Object* mParent = nullptr;
@@ -107,10 +111,11 @@ public:
     /// Reports a name that is not valid and keeps it.
     Attribute(const std::string& name, const DataHolder& value);
     Attribute(const Attribute& other);
-    Attribute(Attribute&& other) noexcept;
+    Attribute(Attribute&& other);  // NOLINT(performance-noexcept-move-constructor): may allocate
     /// Takes over everything, the link to the parent included.
     Attribute& operator=(const Attribute& other);
-    Attribute& operator=(Attribute&& other) noexcept;
+    // NOLINTNEXTLINE(performance-noexcept-move-constructor): may allocate
+    Attribute& operator=(Attribute&& other);
     ~Attribute() override;
 
     Object* clone() const override;
@@ -132,9 +137,17 @@ protected:
 private:
     friend class Element;
 
+    struct Extra;
+
+    Extra& extra() const;
+    const std::string& heldName() const;
+    void setHeldName(const std::string& name);
+    void rename(const std::string& name);
+    std::string text() const;
+
     std::string mName;
     DataHolder mValue;
-    mutable std::unique_ptr<std::string> mText;  ///< made by `toString`
+    mutable std::unique_ptr<Extra> mExtra;  ///< what few attributes need
 };
 
 /// The name of an entity, to build character data that refers to it.
@@ -184,7 +197,8 @@ public:
     DataHolder& data();
     /// The length of the escaped text in bytes.
     int getSize() const;
-    /// Makes room for `size` bytes of escaped text and returns true; a negative size changes nothing.
+    /// Makes room for `size` bytes of escaped text and returns true; a negative size changes
+    /// nothing.
     bool reserve(int size);
     /// Cuts the escaped text, or extends it with NULs. True when the length is now `size`.
     bool setSize(int size);
@@ -206,7 +220,8 @@ private:
 ///
 /// Indices count from 0. Lookups by plain index find nothing for one that is out of range; lookups
 /// by name or attribute give the index-th match and take a negative index for 0. Names compare byte
-/// by byte. A pointer to a child or attribute stays valid until that is removed or the element dies.
+/// by byte. A pointer to a child or attribute stays valid until that is removed or the element
+/// dies.
 ///
 /// Whatever changes an element touches it.
 class VEXXML_API Element : public Object {
@@ -216,10 +231,10 @@ public:
     /// With `text` as its only child.
     Element(const std::string& name, const DataHolder& text);
     Element(const Element& other);
-    Element(Element&& other);
+    Element(Element&& other) noexcept;
     /// Becomes a deep copy of `other`, which may be below this one, but keeps its own place.
     Element& operator=(const Element& other);
-    Element& operator=(Element&& other);
+    Element& operator=(Element&& other) noexcept;
     ~Element() override;
 
     /// Also sets it on everything below; a subtree that is bound to `dtd` already is left alone.
@@ -262,7 +277,8 @@ public:
     int getAttributeCount() const;
     /// The attribute's value, else the default that the DTD declares, else an empty text.
     const DataHolder& getAttributeValue(const std::string& name) const;
-    /// Adds the attribute or replaces it. Reports a name that is not valid and stores it all the same.
+    /// Adds the attribute or replaces it. Reports a name that is not valid and stores it all the
+    /// same.
     void setAttribute(const std::string& name, const DataHolder& value);
     /// Does nothing, touching included, when there is no such attribute.
     void removeAttribute(const std::string& name);
@@ -315,24 +331,28 @@ protected:
     void write(OutStream& out) const override;
 
 private:
-    friend class Document;
-    friend class Dtd;
+    friend class Validator;
 
     using Attributes = std::vector<std::unique_ptr<Attribute>>;
+    struct WithoutChildren {};
 
+    Element(const Element& other, WithoutChildren);
+    void copyChildren(const Element& other,
+                      std::vector<std::pair<const Element*, Element*>>& pending);
+    void swapContent(Element& other);
+    void destroyChildren();
+
+    void bind(const Dtd* dtd, std::vector<Element*>& pending);
+    bool bindLeaves(const Dtd* dtd, std::vector<Element*>& pending);
     Attributes::const_iterator lowerBound(const std::string& name) const;
-    void eraseAttribute(Attributes::const_iterator at);
-    void adopt(Object* child);
+    Attributes::const_iterator findAttribute(const std::string& name) const;
     void insertAt(std::size_t place, Object* child);
-    void takeContent(Element&& other);
-    void destroyContent();
-    void copyShallow(const Element& other);
-    void copyChildren(const Element& other);
-    void writeStartTag(OutStream& out) const;
-    bool hasElementContent() const;
+    bool writeStartTag(OutStream& out) const;
+    void writeEndTag(OutStream& out) const;
+    bool hasOnlyElements() const;
 
     std::vector<Object*> mChildren;  ///< owned
-    Attributes mAttributes;          ///< sorted by name
+    Attributes mAttributes;          ///< in the order of the names that they are held under
     std::string mName;
     mutable std::unique_ptr<std::string> mText;  ///< made by `toString`
 };
@@ -366,20 +386,23 @@ public:
     /// Hands the DTD to the caller and unbinds the root from it; null when there is none.
     Dtd* extractDtd();
 
-    /// The index-th element of that name, the root included, parents before their children, or null.
+    /// The index-th element of that name, the root included, parents before their children, or
+    /// null.
     Element* find(const std::string& name, int index = 0);
     const Element* find(const std::string& name, int index = 0) const;
     /// Every element of that name, the root included, parents before their children.
     std::vector<Element*> findAll(const std::string& name);
 
-    /// Whether the document keeps to its DTD: true without a DTD, false with a DTD but no root. What
-    /// is valid becomes bound to the DTD.
+    /// Whether the document keeps to its DTD: true without a DTD, false with a DTD but no root.
+    /// What is valid becomes bound to the DTD.
     bool validate();
 
 protected:
     void write(OutStream& out) const override;
 
 private:
+    void linkContent();
+
     std::unique_ptr<Element> mRoot;
     std::unique_ptr<Dtd> mDocumentDtd;
     mutable std::unique_ptr<std::string> mText;  ///< made by `toString`

@@ -1,0 +1,120 @@
+#include <utility>
+
+#include "VexXml/Dom.h"
+#include "VexXml/Dtd.h"
+#include "VexXml/Streams.h"
+
+namespace Xml {
+namespace {
+
+const char* const kXmlDeclaration = "<?xml version = \"1.0\" ?>";
+
+}  // namespace
+
+Document::Document(Element* root, Dtd* dtd) : mRoot(root), mDocumentDtd(dtd) {
+    linkContent();
+    if (mRoot) mRoot->setDtd(dtd);
+}
+
+// The link to the source's DTD is not taken over: nothing looks anything up through it, and the
+// copy may live longer.
+Document::Document(const Document& other) : Object() {
+    if (other.mRoot) mRoot.reset(other.mRoot->clone()->toElement());
+    if (other.mDocumentDtd) mDocumentDtd.reset(other.mDocumentDtd->clone()->toDtd());
+    linkContent();
+    if (mRoot) mRoot->setDtd(mDocumentDtd.get());
+}
+
+Document::Document(Document&& other) noexcept { *this = std::move(other); }
+
+Document& Document::operator=(const Document& other) {
+    if (this != &other) *this = Document(other);
+    return *this;
+}
+
+Document& Document::operator=(Document&& other) noexcept {
+    if (this == &other) return *this;
+    mRoot = std::move(other.mRoot);
+    mDocumentDtd = std::move(other.mDocumentDtd);
+    linkContent();
+    touch();
+    other.touch();
+    return *this;
+}
+
+Document::~Document() = default;
+
+// Needs: the document is touched, or will be before anything below it is.
+void Document::linkContent() {
+    if (mRoot) mRoot->mParent = this;
+    if (mDocumentDtd) mDocumentDtd->setParent(this);
+}
+
+// What is below the root may have been marked as touched up to here.
+void Document::setDtd(const Dtd* dtd) {
+    Object::setDtd(dtd);
+    if (dtd != nullptr && mRoot) mRoot->forgetTouchedPaths();
+}
+
+Object* Document::clone() const { return new Document(*this); }
+
+const std::string& Document::toString() const {
+    if (!mText) mText = std::make_unique<std::string>();
+    return *mText = "<Document> " + (mRoot ? mRoot->getName() : std::string());
+}
+
+bool Document::isDocument() const { return true; }
+
+Element* Document::getRoot() { return mRoot.get(); }
+const Element* Document::getRoot() const { return mRoot.get(); }
+Dtd* Document::getDtd() { return mDocumentDtd.get(); }
+const Dtd* Document::getDtd() const { return mDocumentDtd.get(); }
+
+Element* Document::extractRoot() {
+    if (!mRoot) return nullptr;
+    mRoot->mParent = nullptr;
+    mRoot->setDtd(nullptr);
+    return mRoot.release();
+}
+
+Dtd* Document::extractDtd() {
+    if (!mDocumentDtd) return nullptr;
+    mDocumentDtd->setParent(nullptr);
+    if (mRoot) mRoot->setDtd(nullptr);
+    setDtd(nullptr);
+    return mDocumentDtd.release();
+}
+
+const Element* Document::find(const std::string& name, int index) const {
+    if (!mRoot) return nullptr;
+    if (mRoot->getName() == name && index-- < 1) return mRoot.get();
+    return std::as_const(*mRoot).findElement(name, index);
+}
+
+Element* Document::find(const std::string& name, int index) {
+    return const_cast<Element*>(std::as_const(*this).find(name, index));
+}
+
+std::vector<Element*> Document::findAll(const std::string& name) {
+    std::vector<Element*> found;
+    if (!mRoot) return found;
+    if (mRoot->getName() == name) found.push_back(mRoot.get());
+    mRoot->findAllElements(name, found);
+    return found;
+}
+
+bool Document::validate() {
+    if (!mDocumentDtd) return true;
+    if (!mRoot || !mDocumentDtd->validate(mRoot.get())) return false;
+    setDtd(mDocumentDtd.get());
+    return true;
+}
+
+void Document::write(OutStream& out) const {
+    out << kXmlDeclaration << '\n';
+    if (mDocumentDtd) mDocumentDtd->toStream(out);
+    if (mRoot) mRoot->toStream(out);
+    out << '\n';
+}
+
+}  // namespace Xml

@@ -1,0 +1,149 @@
+#include "VexXml/Dom.h"
+#include "VexXml/Dtd.h"
+#include "VexXml/Streams.h"
+#include "dom/Walk.h"
+
+namespace Xml {
+namespace {
+
+bool skipsUnchanged = false;
+
+// "a Element": callers compare this.
+const char* const kNotAnElement = "<Object::toElement> Not a Element";
+const char* const kNotAnAttribute = "<Object::toAttribute> Not an Attribute";
+const char* const kNotACharData = "<Object::toCharData> Not a CharData";
+const char* const kNotADtd = "<Object::toDtd> Not a Dtd";
+const char* const kNotADocument = "<Object::toDocument> Not a Document";
+
+template <class Node, class Base>
+Node* checkedCast(Base* node, bool isOfKind, const char* complaint) {
+    if (isOfKind) return static_cast<Node*>(node);
+    Message(std::string(complaint));
+    return nullptr;
+}
+
+}  // namespace
+
+Object::Object() = default;
+
+Object::Object(const Object& other) : mDtd(other.mDtd) {}
+
+Object& Object::operator=(const Object& other) {
+    if (this == &other) return *this;
+    if (mDtd != other.mDtd) forgetBoundAbove();
+    forgetTouchedPaths();
+    mDtd = other.mDtd;
+    mParent = other.mParent;
+    mWriteStart = other.mWriteStart;
+    mWriteEnd = other.mWriteEnd;
+    mTouched = other.mTouched;
+    return *this;
+}
+
+Object::~Object() = default;
+
+void Object::setDtd(const Dtd* dtd) {
+    mSubtreeBound = true;
+    if (mDtd == dtd) return;
+    forgetBoundAbove();
+    mDtd = dtd;
+    if (dtd != nullptr) mPathTouched = false;
+}
+
+bool Object::isElement() const { return false; }
+bool Object::isAttribute() const { return false; }
+bool Object::isCharData() const { return false; }
+bool Object::isDtd() const { return false; }
+bool Object::isDocument() const { return false; }
+
+Object* Object::getParent() const { return mParent; }
+
+void Object::setParent(Object* parent) {
+    if (mParent == parent) return;
+    forgetBoundAbove();
+    forgetTouchedPaths();
+    mParent = parent;
+}
+
+bool Object::isPathTouched() const { return mTouched && mDtd == nullptr && mPathTouched; }
+
+// Stops where all the rest is known to be touched already, so that building a deep tree from the
+// top costs no more than from the bottom. An attribute never tells: writing its element clears the
+// marks of that, but not its own.
+void Object::touch() {
+    for (Object* node = this; node != nullptr && !node->isPathTouched(); node = node->mParent) {
+        if (node->mDtd != nullptr) node->mSubtreeBound = false;
+        node->mDtd = nullptr;
+        node->mTouched = true;
+        node->mPathTouched = !node->isAttribute();
+    }
+}
+
+// For when the nodes above change otherwise than by touching. Below a node that is not marked
+// none is.
+void Object::forgetTouchedPaths() {
+    if (!mPathTouched) return;
+    mPathTouched = false;
+    if (!isElement()) return;
+    DescendantElements<Element> below(*toElement());
+    while (Element* element = below.next()) element->mPathTouched = false;
+}
+
+// For when this node's DTD becomes another than that of the nodes above. Above a node that is not
+// marked none is.
+void Object::forgetBoundAbove() {
+    for (Object* node = mParent; node != nullptr && node->mSubtreeBound; node = node->mParent) {
+        node->mSubtreeBound = false;
+    }
+}
+
+bool Object::setRWOptimization(bool on) {
+    const bool previous = skipsUnchanged;
+    skipsUnchanged = on;
+    return previous;
+}
+
+void Object::toStream(OutStream& out) {
+    if (!beginWrite(out)) return;
+    write(out);
+    endWrite(out);
+}
+
+// False when the node's text stands in the stream already and has been passed over.
+bool Object::beginWrite(OutStream& out) {
+    const int position = out.getPosition();
+    if (skipsUnchanged && !mTouched && position == mWriteStart) {
+        out.setPosition(mWriteEnd);
+        return false;
+    }
+    mWriteStart = position;
+    return true;
+}
+
+void Object::endWrite(OutStream& out) {
+    mWriteEnd = out.getPosition();
+    mTouched = false;
+}
+
+Element* Object::toElement() { return checkedCast<Element>(this, isElement(), kNotAnElement); }
+const Element* Object::toElement() const {
+    return checkedCast<const Element>(this, isElement(), kNotAnElement);
+}
+Attribute* Object::toAttribute() {
+    return checkedCast<Attribute>(this, isAttribute(), kNotAnAttribute);
+}
+const Attribute* Object::toAttribute() const {
+    return checkedCast<const Attribute>(this, isAttribute(), kNotAnAttribute);
+}
+CharData* Object::toCharData() { return checkedCast<CharData>(this, isCharData(), kNotACharData); }
+const CharData* Object::toCharData() const {
+    return checkedCast<const CharData>(this, isCharData(), kNotACharData);
+}
+Dtd* Object::toDtd() { return checkedCast<Dtd>(this, isDtd(), kNotADtd); }
+const Dtd* Object::toDtd() const { return checkedCast<const Dtd>(this, isDtd(), kNotADtd); }
+Document* Object::toDocument() { return checkedCast<Document>(this, isDocument(), kNotADocument); }
+const Document* Object::toDocument() const {
+    return checkedCast<const Document>(this, isDocument(), kNotADocument);
+}
+
+}  // namespace Xml
