@@ -27,8 +27,8 @@ protected:
 
 public:
     virtual ~Reader();
-    /// Reads; false on failure, with the reason in `getErrorMessage()`, empty for those few that have
-    /// no text.
+    /// Reads; false on failure, with the reason in `getErrorMessage()`, empty for those few that
+    /// have no text.
     virtual bool parse(InStream& in) = 0;
 
     const std::string& getErrorMessage() const;
@@ -40,8 +40,10 @@ protected:
     Reader& operator=(const Reader&);
     Reader& operator=(Reader&&) noexcept;
 
-    /// Takes over the error text of another reader as it is.
+    /// Sets the error text as it is.
     void setMessage(const std::string& text);
+    /// Lets another reader read. If it fails, its error text becomes this one's.
+    bool parseWith(Reader& reader, InStream& in);
 
     // The operations of the stream, except that a failure becomes the reader's error text.
     bool checkToken(InStream& in, const std::string& expected);
@@ -71,20 +73,20 @@ public:
 
     bool parse(InStream& in) override;
 
-    /// The element, complete after success; null before. After a failure, as much of it as was read.
+    /// The element, complete after success; null before. After a failure, as much of it as was
+    /// read.
     Element* getRoot();
     Element* extractRoot();
 
 private:
-    enum class Content;
+    enum class Content { Failed, Leaf, ChildElement, EndTag };
 
-    bool readStartTag(InStream& in, bool& empty);
+    bool readStartTag(InStream& in, bool& isEmpty);
     bool readAttributes(InStream& in, std::string& token);
-    Content readContent(InStream& in);
-    Content readEndTag(InStream& in);
-    bool readCharData(InStream& in);
-    bool readCDataSection(InStream& in);
-    bool fail(InStream& in);
+    Content readContent(InStream& in, Element& element);
+    bool readEndTag(InStream& in, const Element& element);
+    bool readCDataSection(InStream& in, Element& element);
+    bool readCharData(InStream& in, Element& element);
 
     std::unique_ptr<Element> mElement;
     Dtd* mDtd;
@@ -102,8 +104,8 @@ public:
     bool parse(InStream& in) override;
 };
 
-/// Reads the XML declaration, which must name version 1.0 and may name an encoding. An encoding other
-/// than UTF-8 sets the error text but is no failure.
+/// Reads the XML declaration, which must name version 1.0 and may name an encoding. An encoding
+/// other than UTF-8 sets the error text but is no failure.
 class VEXXML_API VersionInfoReader : public Reader {
 public:
     bool parse(InStream& in) override;
@@ -125,19 +127,21 @@ public:
 
     bool parse(InStream& in) override;
 
-    /// Whether an internal subset is read, the "[" in front of it being read already. False at first.
+    /// Whether an internal subset is read, the "[" in front of it being read already. False at
+    /// first.
     void setInternal(bool internal);
     Dtd* getDtd();
     Dtd* extractDtd();
 
 private:
-    bool readDeclaration(InStream& in, const std::string& keyword);
+    bool readDeclaration(InStream& in, const std::string& keyword, int start);
 
     std::unique_ptr<Dtd> mDtd;
     bool mInternal = false;
 };
 
-/// Reads a document type declaration with its internal subset, or with the file that "SYSTEM" names.
+/// Reads a document type declaration with its internal subset, or with the file that "SYSTEM"
+/// names.
 class VEXXML_API DoctypeReader : public Reader {
 public:
     DoctypeReader();
@@ -176,6 +180,7 @@ public:
 
 private:
     bool readModel(InStream& in, std::unique_ptr<ContentSpec>& model);
+    bool readGroup(InStream& in, int start, std::unique_ptr<ContentSpec>& model);
 
     Dtd* mDtd;
 };
@@ -196,6 +201,7 @@ public:
     MixedSpec* extractMixedSpec();
 
 private:
+    bool readModel(InStream& in, MixedSpec& model);
     RepType getRep(InStream& in);
 
     Dtd* mDtd;
@@ -219,7 +225,12 @@ public:
 
 private:
     struct Group;
+    enum class Next { Failed, Particle, Group, Separator, End };
 
+    Next readParticle(InStream& in, Group& group);
+    Next readSeparator(InStream& in, Group& group);
+    Next unexpected(InStream& in, const std::string& token);
+    std::unique_ptr<ChildrenSpec> endGroup(InStream& in, Group& group);
     RepType getRep(InStream& in);
 
     Dtd* mDtd;
@@ -251,15 +262,18 @@ public:
 
     bool parse(InStream& in) override;
 
-    /// The document; null before. It is also there when only its validation, or something behind its
-    /// root element, failed.
+    /// The document; null before. It is also there when only its validation, or something behind
+    /// its root element, failed.
     Document* getDocument();
     Document* extractDocument();
 
 private:
     bool parseProlog(InStream& in);
+    bool parseDoctype(InStream& in);
+    bool skipPublicDoctype(InStream& in);
     bool parseElement(InStream& in);
     bool parseMisc(InStream& in);
+    bool peekToken(InStream& in, std::string& token);
 
     std::unique_ptr<Document> mDocument;
     std::unique_ptr<Dtd> mDtd;

@@ -1,0 +1,168 @@
+#include <utility>
+#include <vector>
+
+#include "VexXml/Readers.h"
+#include "readers/CopyOf.h"
+#include "readers/Repetition.h"
+
+namespace Xml {
+
+/// A group that is being read. Its first separator tells what it is; until then it holds just its
+/// first particle, in one of two forms.
+struct ChildrenSpecReader::Group {
+    std::unique_ptr<NameSpec> firstName;  ///< a name without a repetition
+    std::unique_ptr<ChildrenSpec> first;  ///< any other first particle
+    std::unique_ptr<SeqSpec> sequence;    ///< behind the first ","
+    std::unique_ptr<ChoiceSpec> choice;   ///< behind the first "|"
+
+    void add(Dtd* dtd, const std::string& name, RepType rep) {
+        if (sequence) {
+            sequence->add(name, rep);
+        } else if (choice) {
+            choice->addChoice(name, rep);
+        } else if (rep == RepOnce) {
+            firstName = std::make_unique<NameSpec>(dtd, name);
+        } else {
+            first = std::make_unique<ChildrenSpec>(dtd, name, rep);
+        }
+    }
+
+    void add(std::unique_ptr<ChildrenSpec> group) {
+        if (sequence) {
+            sequence->add(group.release());
+        } else if (choice) {
+            choice->addChoice(group.release());
+        } else {
+            first = std::move(group);
+        }
+    }
+
+    void beginSequence(Dtd* dtd) {
+        if (sequence) return;
+        sequence = std::make_unique<SeqSpec>(dtd);
+        if (firstName) {
+            sequence->add(firstName.release(), RepOnce);
+        } else {
+            sequence->add(first.release());
+        }
+    }
+
+    void beginChoice(Dtd* dtd) {
+        if (choice) return;
+        choice = std::make_unique<ChoiceSpec>(dtd);
+        if (firstName) {
+            choice->addChoice(firstName.release(), RepOnce);
+        } else {
+            choice->addChoice(first.release());
+        }
+    }
+
+    /// The particle that the group as a whole is. A single particle with a repetition of its own
+    /// becomes a sequence of one.
+    CpSpec* extractParticle(Dtd* dtd) {
+        if (firstName) return firstName.release();
+        if (choice) return choice.release();
+        beginSequence(dtd);
+        return sequence.release();
+    }
+};
+
+ChildrenSpecReader::ChildrenSpecReader(Dtd* dtd) : mDtd(dtd) {}
+
+ChildrenSpecReader::ChildrenSpecReader(const ChildrenSpecReader& other)
+    : Reader(other), mDtd(other.mDtd), mChildrenSpec(copyOf(other.mChildrenSpec)) {}
+
+ChildrenSpecReader::ChildrenSpecReader(ChildrenSpecReader&&) noexcept = default;
+
+ChildrenSpecReader& ChildrenSpecReader::operator=(const ChildrenSpecReader& other) {
+    if (this != &other) *this = ChildrenSpecReader(other);
+    return *this;
+}
+
+ChildrenSpecReader& ChildrenSpecReader::operator=(ChildrenSpecReader&&) noexcept = default;
+ChildrenSpecReader::~ChildrenSpecReader() = default;
+
+ChildrenSpec* ChildrenSpecReader::extractChildrenSpec() { return mChildrenSpec.release(); }
+
+// children ::= '(' cp ((',' cp)* | ('|' cp)*) ')' rep      cp ::= (Name | children) rep
+//
+// All groups inside are read by one more reader, in turn: they may nest deeper than the call stack.
+// Invariant: the groups of `open` have their "(" read and their ")" not, outermost first.
+bool ChildrenSpecReader::parse(InStream& in) {
+    mChildrenSpec.reset();
+    if (!checkToken(in, "(")) return false;
+    ChildrenSpecReader inner(mDtd);
+    std::vector<Group> open(1);
+    Next next = Next::Particle;
+    while (next != Next::Failed) {
+        ChildrenSpecReader& reader = open.size() == 1 ? *this : inner;
+        if (next == Next::Particle) {
+            next = reader.readParticle(in, open.back());
+        } else if (next == Next::Separator) {
+            next = reader.readSeparator(in, open.back());
+        } else if (next == Next::Group) {
+            open.emplace_back();
+            next = Next::Particle;
+        } else {
+            auto group = reader.endGroup(in, open.back());
+            open.pop_back();
+            if (open.empty()) {
+                mChildrenSpec = std::move(group);
+                return true;
+            }
+            open.back().add(std::move(group));
+            next = Next::Separator;
+        }
+    }
+    if (open.size() > 1) setMessage(inner.getErrorMessage());
+    return false;
+}
+
+ChildrenSpecReader::Next ChildrenSpecReader::readParticle(InStream& in, Group& group) {
+    std::string token;
+    if (!getToken(in, token)) return Next::Failed;
+    if (token == "(") return Next::Group;
+    if (isName(token)) {
+        group.add(mDtd, token, getRep(in));
+    } else if (token == "#PCDATA" && group.choice) {
+        group.choice->addCharDataAsChoice(true);
+    } else {
+        return unexpected(in, token);
+    }
+    return Next::Separator;
+}
+
+ChildrenSpecReader::Next ChildrenSpecReader::readSeparator(InStream& in, Group& group) {
+    std::string token;
+    if (!getToken(in, token)) return Next::Failed;
+    if (token == ")") return Next::End;
+    if (token == "," && !group.choice) {
+        group.beginSequence(mDtd);
+    } else if (token == "|" && !group.sequence) {
+        group.beginChoice(mDtd);
+    } else {
+        return unexpected(in, token);
+    }
+    return Next::Particle;
+}
+
+ChildrenSpecReader::Next ChildrenSpecReader::unexpected(InStream& in, const std::string& token) {
+    message(in, "unexpected \"" + token + '"');
+    return Next::Failed;
+}
+
+std::unique_ptr<ChildrenSpec> ChildrenSpecReader::endGroup(InStream& in, Group& group) {
+    const RepType rep = getRep(in);
+    return std::make_unique<ChildrenSpec>(mDtd, group.extractParticle(mDtd), rep);
+}
+
+RepType ChildrenSpecReader::getRep(InStream& in) {
+    const int start = in.getPosition();
+    std::string token;
+    if (!getToken(in, token)) return RepOnce;
+    const RepType rep = repetitionOf(token);
+    if (rep == RepOnce) in.setPosition(start);
+    return rep;
+}
+
+}  // namespace Xml
