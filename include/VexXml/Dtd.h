@@ -34,7 +34,8 @@ enum AttType : int {
 /// What an element may hold: the model of one element declaration.
 ///
 /// A model refers to the `Dtd` that it belongs to, without owning it: child elements are validated
-/// through that. Copying keeps this link; `clone` sets another.
+/// through that, and none is valid without one. The link follows a `Dtd` that is moved and is cleared
+/// when it is destroyed. Copying keeps it; `clone` sets another.
 class VEXXML_API ContentSpec {
 public:
     explicit ContentSpec(Dtd* dtd);
@@ -53,7 +54,7 @@ protected:
 private:
     friend class ModelAccess;
 
-    Dtd* mDtd;
+    std::shared_ptr<Dtd*> mDtd;  ///< the link shared with the `Dtd`; null for none
 };
 
 /// ANY: whatever there is. Children are neither inspected nor bound.
@@ -127,7 +128,7 @@ protected:
 private:
     friend class ModelAccess;
 
-    Dtd* mDtd;
+    std::shared_ptr<Dtd*> mDtd;  ///< the link shared with the `Dtd`; null for none
 };
 
 /// One element of a given name.
@@ -344,12 +345,18 @@ protected:
     void write(OutStream& out) const override;
 
 private:
+    friend class ModelAccess;
     friend class Validator;
 
     using AttList = std::map<std::string, std::shared_ptr<AttDef>>;
 
-    void takeDeclarations(Dtd&& other);
-    void releaseModels();
+    bool storeModel(const std::string& name, std::unique_ptr<ContentSpec>& model);
+    bool storeDefinition(const std::string& element, const std::string& attribute,
+                         std::unique_ptr<AttDef>& def);
+    const AttDef* findAttDef(const std::string& element, const std::string& attribute) const;
+    void takeFrom(Dtd& other);
+    const std::shared_ptr<Dtd*>& modelLink();
+    void writeAttList(OutStream& out, const std::string& element) const;
 
     // Shared only after copy assignment.
     std::map<std::string, std::shared_ptr<ContentSpec>> mElementDecls;
@@ -358,6 +365,9 @@ private:
     std::map<std::string, DataHolder> mEntities;
     mutable DataHolder mUnknownEntityValue;
     mutable std::string mUnknownEntityName;
+    /// By which models find this `Dtd`: none before the first model, several after assignments that
+    /// brought the models of another one.
+    std::vector<std::shared_ptr<Dtd*>> mModelLinks;
 };
 
 }  // namespace Xml

@@ -1,0 +1,57 @@
+#include <string>
+#include <utility>
+
+#include "VexXml/Streams.h"
+#include "dtd/ModelAccess.h"
+#include "dtd/ModelWriter.h"
+#include "dtd/ParticleList.h"
+#include "dtd/Validator.h"
+
+namespace Xml {
+
+ChildrenSpec::ChildrenSpec(Dtd* dtd, const std::string& name, RepType rep)
+    : ContentSpec(dtd), mRep(rep), mCp(std::make_unique<NameSpec>(dtd, name)) {}
+
+ChildrenSpec::ChildrenSpec(Dtd* dtd, CpSpec* cp, RepType rep)
+    : ContentSpec(dtd), mRep(rep), mCp(cp) {}
+
+ChildrenSpec::ChildrenSpec(const ChildrenSpec& other)
+    : ContentSpec(other), mRep(other.mRep), mCp(copyOf(other.mCp.get())) {}
+
+ChildrenSpec::ChildrenSpec(ChildrenSpec&& other) noexcept
+    : ContentSpec(other), mRep(std::exchange(other.mRep, RepOnce)), mCp(std::move(other.mCp)) {}
+
+ChildrenSpec& ChildrenSpec::operator=(const ChildrenSpec& other) {
+    return *this = ChildrenSpec(other);
+}
+
+ChildrenSpec& ChildrenSpec::operator=(ChildrenSpec&& other) noexcept {
+    if (this == &other) return *this;
+    // The old particle dies last: `other` may be below it.
+    const std::unique_ptr<CpSpec> old = std::exchange(mCp, std::exchange(other.mCp, nullptr));
+    mRep = std::exchange(other.mRep, RepOnce);
+    ContentSpec::operator=(other);
+    return *this;
+}
+
+ChildrenSpec::~ChildrenSpec() = default;
+
+bool ChildrenSpec::validate(std::vector<Object*>* children) const {
+    return Validator(*children).matches(*this);
+}
+
+bool ChildrenSpec::validate(std::queue<Object*>* pending) const {
+    return Validator::takeMatch(*this, *pending);
+}
+
+void ChildrenSpec::toStream(OutStream& out) const { toStream(out, true); }
+
+void ChildrenSpec::toStream(OutStream& out, bool parenthesise) const {
+    ModelWriter(out).write(*this, parenthesise);
+}
+
+ChildrenSpec* ChildrenSpec::clone(Dtd* newDtd) const {
+    return new ChildrenSpec(newDtd, cloneOf(mCp.get(), newDtd).release(), mRep);
+}
+
+}  // namespace Xml

@@ -1,0 +1,37 @@
+#include <memory>
+#include <string>
+
+#include "VexXml/Streams.h"
+#include "dtd/ModelAccess.h"
+#include "dtd/Validator.h"
+
+namespace Xml {
+
+MixedSpec::MixedSpec(Dtd* dtd) : ContentSpec(dtd) {}
+
+void MixedSpec::addName(const std::string& name) {
+    if (!mKnownNames.insert(name).second) {
+        // Names the constructor instead of this function: callers compare this.
+        Message("<MixedSpec::MixedSpec> name already added " + name);
+        return;
+    }
+    mNames.push_back(name);
+}
+
+bool MixedSpec::validate(std::vector<Object*>* children) const {
+    return Validator(*children).matches(*this);
+}
+
+void MixedSpec::toStream(OutStream& out) const {
+    out << "(#PCDATA";
+    for (const std::string& name : mNames) out << " | " << name;
+    out << (mNames.empty() ? ")" : ")*");
+}
+
+ContentSpec* MixedSpec::clone(Dtd* newDtd) const {
+    auto copy = std::make_unique<MixedSpec>(newDtd);
+    for (const std::string& name : mNames) copy->addName(name);
+    return copy.release();
+}
+
+}  // namespace Xml

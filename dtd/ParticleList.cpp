@@ -1,0 +1,141 @@
+#include "dtd/ParticleList.h"
+
+#include <cstddef>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+namespace Xml {
+namespace {
+
+// Copies particles with a stack of its own: a model may nest deeper than the call stack.
+class Copier {
+public:
+    Copier() = default;
+    explicit Copier(Dtd* newDtd) : mNewDtd(newDtd) {}
+
+    std::unique_ptr<CpSpec> copy(const CpSpec* particle) {
+        std::unique_ptr<CpSpec> result = begin(particle);
+        fillOpenLists();
+        return result;
+    }
+
+    ParticleList copy(const ParticleList& items) {
+        ParticleList result;
+        open(items, result);
+        fillOpenLists();
+        return result;
+    }
+
+private:
+    // A list whose items are being copied.
+    struct OpenList {
+        const ParticleList* source;
+        std::size_t next;
+        ParticleList* target;
+    };
+
+    template <class Model>
+    Dtd* dtdFor(const Model& model) const {
+        return mNewDtd.has_value() ? *mNewDtd : ModelAccess::dtdOf(model);
+    }
+
+    void open(const ParticleList& source, ParticleList& target) {
+        target.reserve(source.size());
+        mOpen.push_back({&source, 0, &target});
+    }
+
+    // Invariant: what `target` lacks of its items is below a list above it on the stack, or behind
+    // `next`.
+    void fillOpenLists() {
+        while (!mOpen.empty()) {
+            OpenList& list = mOpen.back();
+            if (list.next == list.source->size()) {
+                mOpen.pop_back();
+                continue;
+            }
+            const ChildrenSpec& item = *(*list.source)[list.next++];
+            ParticleList& target = *list.target;
+            target.push_back(begin(item));
+        }
+    }
+
+    std::unique_ptr<ChildrenSpec> begin(const ChildrenSpec& item) {
+        Dtd* dtd = dtdFor(item);
+        if (typeid(item) != typeid(ChildrenSpec)) {
+            return std::unique_ptr<ChildrenSpec>(item.clone(dtd));
+        }
+        return std::make_unique<ChildrenSpec>(dtd, begin(ModelAccess::particleOf(item)).release(),
+                                              ModelAccess::repetitionOf(item));
+    }
+
+    std::unique_ptr<CpSpec> begin(const CpSpec* particle) {
+        std::unique_ptr<CpSpec> result;
+        if (particle == nullptr) return result;
+        visitParticle(*particle, [&](const auto& exact) { result = beginExact(exact); });
+        return result;
+    }
+
+    std::unique_ptr<CpSpec> beginExact(const NameSpec& particle) const {
+        return std::make_unique<NameSpec>(dtdFor(particle), ModelAccess::nameOf(particle));
+    }
+
+    std::unique_ptr<CpSpec> beginExact(const SeqSpec& particle) {
+        auto result = std::make_unique<SeqSpec>(dtdFor(particle));
+        open(ModelAccess::itemsOf(particle), ModelAccess::itemsOf(*result));
+        return result;
+    }
+
+    std::unique_ptr<CpSpec> beginExact(const ChoiceSpec& particle) {
+        auto result = std::make_unique<ChoiceSpec>(dtdFor(particle));
+        // Cloning loses the alternative on purpose; plain copies keep it.
+        result->addCharDataAsChoice(!mNewDtd.has_value() && ModelAccess::allowsCharData(particle));
+        open(ModelAccess::itemsOf(particle), ModelAccess::itemsOf(*result));
+        return result;
+    }
+
+    std::unique_ptr<CpSpec> beginExact(const CpSpec& particle) const {
+        return std::unique_ptr<CpSpec>(particle.clone(dtdFor(particle)));
+    }
+
+    std::optional<Dtd*> mNewDtd;
+    std::vector<OpenList> mOpen;
+};
+
+// Also takes the items of a class that a caller derived from a choice or a sequence.
+void moveItems(CpSpec* particle, ParticleList& target) {
+    ParticleList* items = nullptr;
+    if (auto* sequence = dynamic_cast<SeqSpec*>(particle)) {
+        items = &ModelAccess::itemsOf(*sequence);
+    } else if (auto* choice = dynamic_cast<ChoiceSpec*>(particle)) {
+        items = &ModelAccess::itemsOf(*choice);
+    }
+    if (items == nullptr) return;
+    target.insert(target.end(), std::make_move_iterator(items->begin()),
+                  std::make_move_iterator(items->end()));
+    items->clear();
+}
+
+}  // namespace
+
+std::unique_ptr<CpSpec> copyOf(const CpSpec* particle) { return Copier().copy(particle); }
+
+ParticleList copyOf(const ParticleList& items) { return Copier().copy(items); }
+
+std::unique_ptr<CpSpec> cloneOf(const CpSpec* particle, Dtd* newDtd) {
+    return Copier(newDtd).copy(particle);
+}
+
+ParticleList cloneOf(const ParticleList& items, Dtd* newDtd) { return Copier(newDtd).copy(items); }
+
+// Invariant: an item dies only after the items below it have joined the list, so its destructor
+// finds nothing to go down to.
+void destroy(ParticleList items) {
+    while (!items.empty()) {
+        const std::unique_ptr<ChildrenSpec> item = std::move(items.back());
+        items.pop_back();
+        if (item != nullptr) moveItems(ModelAccess::particleOf(*item), items);
+    }
+}
+
+}  // namespace Xml
