@@ -34,8 +34,8 @@ enum AttType : int {
 /// What an element may hold: the model of one element declaration.
 ///
 /// A model refers to the `Dtd` that it belongs to, without owning it: child elements are validated
-/// through that, and none is valid without one. The link follows a `Dtd` that is moved and is cleared
-/// when it is destroyed. Copying keeps it; `clone` sets another.
+/// through that, and none is valid without one. The link follows a `Dtd` that is moved and is
+/// cleared when it is destroyed. Copying keeps it; `clone` sets another.
 class VEXXML_API ContentSpec {
 public:
     explicit ContentSpec(Dtd* dtd);
@@ -134,7 +134,8 @@ private:
 /// One element of a given name.
 class VEXXML_API NameSpec : public CpSpec {
 public:
-    /// A name that is not valid is dropped without a report: nothing is matched and nothing written.
+    /// A name that is not valid is dropped without a report: nothing is matched and nothing
+    /// written.
     NameSpec(Dtd* dtd, const std::string& name);
 
     bool validate(std::queue<Object*>* pending) const override;
@@ -333,8 +334,8 @@ public:
     /// valid until the next such call.
     const std::string& getEntityName(const DataHolder& value) const;
 
-    /// Adds clones of what `other` declares; `overwrite` tells which of two declarations of the same
-    /// name stays. Does not touch.
+    /// Adds clones of what `other` declares; `overwrite` tells which of two declarations of the
+    /// same name stays. Does not touch.
     void merge(const Dtd& other, bool overwrite);
 
     /// Whether the element and everything below it keep to the declarations. Nodes that do become
