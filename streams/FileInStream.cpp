@@ -1,0 +1,113 @@
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <istream>
+#include <streambuf>
+#include <utility>
+
+#include "VexXml/Streams.h"
+#include "streams/SizeLimit.h"
+
+namespace Xml {
+namespace {
+
+// Opens the file and reports one that cannot be opened. A folder can be opened like a file on some
+// systems, and only reading it fails.
+bool open(std::ifstream& file, const std::string& path) {
+    if (file.is_open()) file.close();
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored)) {
+        file.setstate(std::ios_base::failbit);
+    } else {
+        file.open(path, std::ios_base::in | std::ios_base::binary);
+    }
+    if (file.is_open()) return true;
+    Message("<Xml::FileInStream::FileInStream> Could not open file: " + path);
+    return false;
+}
+
+// Whether positions reach the end of the source. One that cannot be measured, such as a pipe, is
+// taken to fit. The buffer is asked, not the stream, so that the stream's state stays as it is.
+bool isWithinReach(std::istream& stream) {
+    constexpr auto kIn = std::ios_base::in;
+    const std::streampos kUnknown(std::streamoff(-1));
+    std::streambuf* buffer = stream.rdbuf();
+    if (buffer == nullptr) return true;
+    const std::streampos here = buffer->pubseekoff(0, std::ios_base::cur, kIn);
+    if (here == kUnknown) return true;
+    const std::streampos end = buffer->pubseekoff(0, std::ios_base::end, kIn);
+    buffer->pubseekpos(here, kIn);
+    return end == kUnknown || fitsPositions(static_cast<std::uint64_t>(std::streamoff(end)));
+}
+
+}  // namespace
+
+FileInStream::FileInStream(const std::string& path, std::ifstream* file)
+    : mStream(file), mOpened(file != nullptr) {
+    if (file == nullptr || !open(*file, path) || isWithinReach(*file)) return;
+    Message("<Xml::FileInStream::FileInStream> File too long: " + path);
+    close();
+}
+
+FileInStream::FileInStream(std::istream* stream) : mStream(stream), mOpened(false) {
+    if (stream == nullptr || isWithinReach(*stream)) return;
+    Message(std::string("<Xml::FileInStream::FileInStream> File too long"));
+    close();
+}
+
+FileInStream::FileInStream(const FileInStream& other)
+    : InStream(other), mStream(other.mStream), mOpened(false) {}
+
+FileInStream::FileInStream(FileInStream&& other) noexcept
+    : InStream(std::move(other)),
+      mStream(std::exchange(other.mStream, nullptr)),
+      mOpened(std::exchange(other.mOpened, false)) {}
+
+// A stream that is assigned its own file, from a copy say, keeps it and goes on owning it.
+FileInStream& FileInStream::operator=(const FileInStream& other) {
+    if (mStream != other.mStream) close();
+    InStream::operator=(other);
+    mStream = other.mStream;
+    return *this;
+}
+
+FileInStream& FileInStream::operator=(FileInStream&& other) noexcept {
+    if (this == &other) return *this;
+    if (mStream != other.mStream) close();
+    InStream::operator=(std::move(other));
+    mStream = std::exchange(other.mStream, nullptr);
+    mOpened = std::exchange(other.mOpened, false) || mOpened;
+    return *this;
+}
+
+FileInStream::~FileInStream() { close(); }
+
+// The read that meets the end still succeeds and leaves `c` alone. Deliberate: callers rely on it.
+bool FileInStream::getChar(char& c) {
+    if (mStream == nullptr || !mStream->good()) return false;
+    mStream->get(c);
+    return true;
+}
+
+int FileInStream::getPosition() const {
+    return mStream != nullptr ? static_cast<int>(mStream->tellg()) : -1;
+}
+
+void FileInStream::setPosition(int position) {
+    if (mStream != nullptr) mStream->seekg(position);
+}
+
+bool FileInStream::eof() { return mStream == nullptr || mStream->eof(); }
+
+void FileInStream::close() {
+    auto* file = mOpened ? static_cast<std::ifstream*>(mStream) : nullptr;
+    mStream = nullptr;
+    mOpened = false;
+    try {
+        if (file != nullptr) file->close();
+    } catch (const std::ios_base::failure&) {
+        // The stream's state shows it; its owner asked for the exception, but not in a destructor.
+    }
+}
+
+}  // namespace Xml

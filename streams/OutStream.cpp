@@ -1,0 +1,47 @@
+#include "VexXml/Streams.h"
+
+namespace Xml {
+
+OutStream::OutStream() = default;
+OutStream::OutStream(const OutStream&) = default;
+OutStream& OutStream::operator=(const OutStream&) = default;
+OutStream::~OutStream() = default;
+
+bool OutStream::isValid() const { return true; }
+
+OutStream& OutStream::operator<<(char c) {
+    put(c);
+    return *this;
+}
+
+OutStream& OutStream::operator<<(const std::string& text) {
+    put(text);
+    return *this;
+}
+
+OutStream& OutStream::writeDataHolder(const DataHolder& text) {
+    for (const char c : std::string(text)) putChar(c);
+    return *this;
+}
+
+void OutStream::incTab() { ++mTabs; }
+
+void OutStream::decTab() {
+    if (mTabs > 0) --mTabs;
+}
+
+void OutStream::put(char c) {
+    if (c == '\n') {
+        mAtLineStart = true;
+    } else if (mAtLineStart) {
+        mAtLineStart = false;
+        for (int tab = 0; tab < mTabs; ++tab) putChar('\t');
+    }
+    putChar(c);
+}
+
+void OutStream::put(const std::string& text) {
+    for (const char c : text) put(c);
+}
+
+}  // namespace Xml

@@ -1,0 +1,44 @@
+#include <utility>
+
+#include "VexXml/Streams.h"
+#include "streams/SizeLimit.h"
+
+namespace Xml {
+
+StringInStream::StringInStream(const std::string& text) {
+    if (fitsPositions(text.size())) {
+        mText = text;
+    } else {
+        Message(std::string("<Xml::StringInStream::StringInStream> File too long"));
+    }
+}
+
+StringInStream::StringInStream(const StringInStream&) = default;
+StringInStream& StringInStream::operator=(const StringInStream&) = default;
+StringInStream::~StringInStream() = default;
+
+StringInStream::StringInStream(StringInStream&& other) noexcept
+    : InStream(std::move(other)),
+      mText(std::exchange(other.mText, {})),
+      mPos(std::exchange(other.mPos, 0)) {}
+
+StringInStream& StringInStream::operator=(StringInStream&& other) noexcept {
+    InStream::operator=(std::move(other));
+    mText = std::exchange(other.mText, {});
+    mPos = std::exchange(other.mPos, 0);
+    return *this;
+}
+
+bool StringInStream::getChar(char& c) {
+    if (mPos < 0 || eof()) return false;
+    c = mText[static_cast<std::size_t>(mPos++)];
+    return true;
+}
+
+int StringInStream::getPosition() const { return mPos; }
+
+void StringInStream::setPosition(int position) { mPos = position; }
+
+bool StringInStream::eof() { return mPos >= static_cast<int>(mText.size()); }
+
+}  // namespace Xml
