@@ -1,0 +1,59 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "VexXml/Dom.h"
+#include "support/Diagnostics.h"
+
+namespace {
+
+TEST(Entity, IsWrittenAsAReference) {
+    support::Diagnostics diagnostics;
+    for (const char* name : {"copy", "_", ":", "a-b.c_d:e9"}) {
+        EXPECT_EQ(Xml::Entity(name).toString(), '&' + std::string(name) + ';');
+    }
+    EXPECT_EQ(diagnostics.take(), std::vector<std::string>());
+}
+
+TEST(Entity, ReportsAnInvalidNameAndKeepsIt) {
+    support::Diagnostics diagnostics;
+    for (const std::string name : {"", "1a", "-a", "a b", "#65", "a;", "%s"}) {
+        const Xml::Entity entity(name);
+        EXPECT_EQ(diagnostics.take(),
+                  std::vector<std::string>{"<Xml::Entity::Entity> not a valid name: " + name});
+        EXPECT_EQ(entity.toString(), '&' + name + ';');
+    }
+}
+
+TEST(Entity, ReportsANameOfAnyLengthWhole) {
+    support::Diagnostics diagnostics;
+    const std::string name(5000, ' ');
+    const Xml::Entity entity(name);
+    EXPECT_EQ(diagnostics.take(),
+              std::vector<std::string>{"<Xml::Entity::Entity> not a valid name: " + name});
+}
+
+TEST(Entity, CopiesByValue) {
+    const Xml::Entity source("copy");
+    Xml::Entity target("reg");
+    target.toString();
+    target = source;
+    EXPECT_EQ(target.toString(), "&copy;");
+    EXPECT_EQ(Xml::Entity(source).toString(), "&copy;");
+}
+
+TEST(Entity, IsEmptyOnceMovedFrom) {
+    Xml::Entity source("copy");
+    Xml::Entity target(std::move(source));
+    EXPECT_EQ(target.toString(), "&copy;");
+    // NOLINTBEGIN(bugprone-use-after-move): a moved-from entity is empty, not unspecified
+    EXPECT_EQ(source.toString(), "&;");
+    source = std::move(target);
+    EXPECT_EQ(source.toString(), "&copy;");
+    EXPECT_EQ(target.toString(), "&;");
+    // NOLINTEND(bugprone-use-after-move)
+}
+
+}  // namespace
