@@ -8,12 +8,12 @@
 
 namespace Xml {
 
-Validator::Validator(const std::vector<Object*>& children) {
-    mContents.push_back({Children(children), 0, 0});
-}
+Validator::Validator(const std::vector<Object*>& children) { open(Children(children)); }
 
-Validator::Validator(const std::queue<Object*>& pending) {
-    mContents.push_back({Children(pending), 0, 0});
+Validator::Validator(const std::queue<Object*>& pending) { open(Children(pending)); }
+
+void Validator::open(const Children& children) {
+    mContents.push_back({children, 0, mVerdicts.size(), nullptr});
 }
 
 bool Validator::matches(const MixedSpec& model) {
@@ -48,7 +48,7 @@ void Validator::finish(bool verdict) {
 // verdict.
 
 void Validator::enter(Element& element, const Dtd& dtd) {
-    mContents.push_back({Children(element.mChildren), 0, mVerdicts.size()});
+    open(Children(element.mChildren));
     mFrames.emplace_back(ElementFrame{&element, &dtd, false});
     mVerdict = false;
     const auto declared = dtd.mElementDecls.find(element.getName());
@@ -97,14 +97,25 @@ void Validator::enter(const ChoiceSpec& particle) {
     mFrames.emplace_back(ChoiceFrame{&particle, 0, next()});
 }
 
+// The queue is kept, so that a repeated particle does not cost a copy of the rest every time.
 void Validator::enter(const CpSpec& particle) {
-    const Content& content = mContents.back();
-    std::queue<Object*> pending;
-    for (std::size_t i = content.next; i < content.children.size(); ++i) {
-        pending.push(&content.children[i]);
+    Content& content = mContents.back();
+    if (content.pending == nullptr || content.pending->first != content.next) {
+        content.pending = pendingFrom(content);
     }
-    mVerdict = particle.validate(&pending);
-    next() = content.children.size() - std::min(pending.size(), content.children.size());
+    std::queue<Object*>& children = content.pending->children;
+    mVerdict = particle.validate(&children);
+    content.next = content.children.size() - std::min(children.size(), content.children.size());
+    content.pending->first = content.next;
+}
+
+std::unique_ptr<Validator::Pending> Validator::pendingFrom(const Content& content) {
+    auto pending = std::make_unique<Pending>();
+    pending->first = content.next;
+    for (std::size_t i = content.next; i < content.children.size(); ++i) {
+        pending->children.push(&content.children[i]);
+    }
+    return pending;
 }
 
 void Validator::resume(ElementFrame frame) {

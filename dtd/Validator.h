@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <queue>
 #include <variant>
 #include <vector>
@@ -69,11 +70,17 @@ private:
     using Frame =
         std::variant<ElementFrame, MixedFrame, RepetitionFrame, SequenceFrame, ChoiceFrame>;
 
+    /// The children from `first` on.
+    struct Pending {
+        std::queue<Object*> children;
+        std::size_t first;
+    };
     /// The children of an open element. A snapshot of what is left to match is a copy of `next`.
     struct Content {
         Children children;
-        std::size_t next;          ///< the first child not taken yet
-        std::size_t firstVerdict;  ///< where in `mVerdicts` that on the first child is
+        std::size_t next;                  ///< the first child not taken yet
+        std::size_t firstVerdict;          ///< where in `mVerdicts` that on the first child is
+        std::unique_ptr<Pending> pending;  ///< kept for the particles of a class of a caller's
     };
     /// What is known of a child: nothing if there is no DTD.
     struct Verdict {
@@ -83,6 +90,7 @@ private:
 
     explicit Validator(const std::queue<Object*>& pending);
 
+    void open(const Children& children);
     bool run();
     void finish(bool verdict);
 
@@ -107,6 +115,7 @@ private:
     std::size_t& next();
     bool atEnd() const;
     Object& front() const;
+    static std::unique_ptr<Pending> pendingFrom(const Content& content);
     const Verdict* recall(const Dtd& dtd) const;
     void remember(const Dtd& dtd, bool valid);
 
