@@ -40,6 +40,13 @@ bool isWithinReach(std::istream& stream) {
     return end == kUnknown || fitsPositions(static_cast<std::uint64_t>(std::streamoff(end)));
 }
 
+// Moves back inside the stream's buffer; false, having moved anywhere, where that does not reach.
+bool stepsBack(std::streambuf& buffer, std::streamoff count) {
+    using Traits = std::streambuf::traits_type;
+    while (count > 0 && !Traits::eq_int_type(buffer.sungetc(), Traits::eof())) --count;
+    return count == 0;
+}
+
 }  // namespace
 
 FileInStream::FileInStream(const std::string& path, std::ifstream* file)
@@ -93,8 +100,16 @@ int FileInStream::getPosition() const {
     return mStream != nullptr ? static_cast<int>(mStream->tellg()) : -1;
 }
 
+// Readers step back all the time, by a byte or a token. A seek would throw the stream's buffer away
+// and read it again, so short steps are taken inside the buffer.
 void FileInStream::setPosition(int position) {
-    if (mStream != nullptr) mStream->seekg(position);
+    constexpr std::streamoff kShort = 64;
+    if (mStream == nullptr) return;
+    if (mStream->good()) {
+        const std::streamoff count = std::streamoff(mStream->tellg()) - position;
+        if (count >= 0 && count <= kShort && stepsBack(*mStream->rdbuf(), count)) return;
+    }
+    mStream->seekg(position);
 }
 
 bool FileInStream::eof() { return mStream == nullptr || mStream->eof(); }
