@@ -1,0 +1,27 @@
+#include <algorithm>
+
+#include "VexXml/Dtd.h"
+#include "tools/Commands.h"
+#include "tools/Diagnostics.h"
+#include "tools/ErrorPrinter.h"
+#include "tools/Output.h"
+#include "tools/Reading.h"
+
+namespace tools {
+
+// The declarations are worth seeing most when the document does not keep to them.
+Status writeDtd(const std::string& input) {
+    const DocumentReading reading = readDocument(input);
+    if (reading.document == nullptr) return reading.status;
+    Xml::Dtd* dtd = reading.document->getDtd();
+    if (dtd == nullptr) {
+        printError(input, "no document type declaration (one with PUBLIC is not read)");
+        return std::max(reading.status, BadDocument);
+    }
+    Diagnostics diagnostics;
+    const std::string text = textOf(*dtd);
+    diagnostics.printAsWarnings(input);
+    return writeToStandardOutput(text) ? reading.status : Trouble;
+}
+
+}  // namespace tools

@@ -1,0 +1,123 @@
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <exception>
+#include <sstream>
+#include <string>
+
+#include "tools/Commands.h"
+#include "tools/ErrorPrinter.h"
+#include "tools/Output.h"
+
+namespace tools {
+namespace {
+
+constexpr const char* kVersion = "vexxml " VEXXML_VERSION;
+
+constexpr const char* kStatuses =
+    "Exit status: 0 success, 1 a document that is not well-formed or not valid,\n"
+    "2 wrong usage or a file that cannot be read or written.";
+
+constexpr const char* kFormatNotes =
+    "What the library does not keep is not written either: comments, processing\n"
+    "instructions, document type declarations with PUBLIC, and the encoding\n"
+    "declaration. Levels are indented by tabs. A file is replaced as a whole, by a\n"
+    "rename, so that it is never left half written.\n";
+
+constexpr const char* kValidateNotes =
+    "Prints \"FILE: valid\" for each valid document. One without a document type\n"
+    "declaration, or with a PUBLIC one, is valid when it is well-formed. All files are\n"
+    "tried; the worst one decides the exit status.\n";
+
+constexpr const char* kDtdNotes =
+    "The declaration is also written when the document does not keep to it.\n";
+
+CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& description,
+                     const std::string& notes) {
+    CLI::App* command = app.add_subcommand(name, description);
+    command->set_version_flag("--version", kVersion, "Print the version and exit");
+    command->footer(notes + kStatuses);
+    return command;
+}
+
+void addFormat(CLI::App& app, FormatOptions& options, Status& status) {
+    CLI::App* command = addCommand(app, "format", "Write a document back, indented", kFormatNotes);
+    CLI::Option* output =
+        command->add_option("-o,--output", options.output, "Write to this file")->type_name("OUT");
+    command->add_flag("--in-place", options.inPlace, "Replace the file itself")->excludes(output);
+    command->add_flag("--no-short-tags", options.noShortTags,
+                      "Write <a></a> instead of <a/> for an empty element");
+    command->add_option("FILE", options.input, "The document; - for the standard input")
+        ->required()
+        ->type_name("");
+    command->callback([&options, &status] {
+        if (options.inPlace && options.input == "-") {
+            throw CLI::ValidationError("--in-place", "needs a file, not the standard input");
+        }
+        status = format(options);
+    });
+}
+
+void addValidate(CLI::App& app, ValidateOptions& options, Status& status) {
+    CLI::App* command =
+        addCommand(app, "validate", "Tell whether documents are valid", kValidateNotes);
+    command->add_option("--dtd", options.dtd, "Judge by the declarations in this file alone")
+        ->type_name("DTD");
+    command->add_flag("--quiet", options.quiet, "Print nothing for valid documents");
+    command->add_option("FILE", options.inputs, "The documents; - for the standard input")
+        ->required()
+        ->type_name("");
+    command->callback([&options, &status] { status = validate(options); });
+}
+
+void addDtd(CLI::App& app, std::string& input, Status& status) {
+    CLI::App* command = addCommand(
+        app, "dtd", "Write a document's type declaration as the library understood it", kDtdNotes);
+    command->add_option("FILE", input, "The document; - for the standard input")
+        ->required()
+        ->type_name("");
+    command->callback([&input, &status] { status = writeDtd(input); });
+}
+
+// Help and version end the parsing by an "error" whose status is 0.
+Status endParsing(const CLI::App& app, const CLI::ParseError& end) {
+    std::ostringstream out;
+    std::ostringstream err;
+    if (app.exit(end, out, err) == 0) return writeToStandardOutput(out.str()) ? Success : Trouble;
+    std::cerr << "vexxml: " << err.str();
+    return Trouble;
+}
+
+Status run(int argc, char** argv) {
+    CLI::App app("Reads, formats and validates XML documents.", "vexxml");
+    app.set_version_flag("--version", kVersion, "Print the version and exit");
+    app.require_subcommand(1);
+    app.footer("\"vexxml COMMAND --help\" tells more about a command.\n" + std::string(kStatuses));
+    FormatOptions formatting;
+    ValidateOptions validation;
+    std::string dtdInput;
+    Status status = Success;
+    addFormat(app, formatting, status);
+    addValidate(app, validation, status);
+    addDtd(app, dtdInput, status);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& end) {
+        return endParsing(app, end);
+    }
+    return status;
+}
+
+}  // namespace
+}  // namespace tools
+
+int main(int argc, char** argv) {
+    // A write beyond the limit for files is to fail like any other, not to end the program halfway.
+    std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        const tools::Status status = tools::run(argc, argv);
+        return tools::closeStandardOutput() ? status : tools::Trouble;
+    } catch (const std::exception& failure) {
+        tools::printError("vexxml", failure.what());
+        return tools::Trouble;
+    }
+}

@@ -1,0 +1,63 @@
+#include "tools/Source.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <limits>
+
+#include "tools/ErrorPrinter.h"
+
+namespace tools {
+namespace {
+
+constexpr std::size_t kMaxSize = std::numeric_limits<int>::max();
+
+// Spares a large file the copies of a growing string; a pipe has no size.
+void reserveFor(int file, std::string& text) {
+    struct stat info {};
+    if (fstat(file, &info) != 0 || info.st_size <= 0) return;
+    if (static_cast<std::size_t>(info.st_size) <= kMaxSize) {
+        text.reserve(static_cast<std::size_t>(info.st_size));
+    }
+}
+
+// Empty when all was read, else what went wrong.
+std::string readAll(int file, std::string& text) {
+    reserveFor(file, text);
+    std::array<char, 65536> block{};
+    while (text.size() <= kMaxSize) {
+        const ssize_t size = read(file, block.data(), block.size());
+        if (size == 0) return {};
+        if (size > 0) {
+            text.append(block.data(), static_cast<std::size_t>(size));
+        } else if (errno != EINTR) {
+            return std::strerror(errno);
+        }
+    }
+    return "2 GiB or more is too long";
+}
+
+std::string readFile(const std::string& name, std::string& text) {
+    if (name == "-") return readAll(STDIN_FILENO, text);
+    const int file = open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) return std::strerror(errno);
+    std::string failure = readAll(file, text);
+    close(file);
+    return failure;
+}
+
+}  // namespace
+
+bool readSource(const std::string& name, Source& source) {
+    source.name = name;
+    source.text.clear();
+    const std::string failure = readFile(name, source.text);
+    if (!failure.empty()) printError(name, "cannot be read: " + failure);
+    return failure.empty();
+}
+
+}  // namespace tools
