@@ -1,0 +1,226 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "VexXml/Dtd.h"
+#include "VexXml/Readers.h"
+#include "readers/Reading.h"
+#include "support/Dump.h"
+
+namespace {
+
+template <class... Readers>
+constexpr bool canBeCopiedAndMoved() {
+    return (... && (std::is_copy_constructible<Readers>::value &&
+                    std::is_copy_assignable<Readers>::value &&
+                    std::is_nothrow_move_constructible<Readers>::value &&
+                    std::is_nothrow_move_assignable<Readers>::value &&
+                    std::has_virtual_destructor<Readers>::value));
+}
+
+static_assert(
+    canBeCopiedAndMoved<Xml::ElementReader, Xml::CommentReader, Xml::PIReader,
+                        Xml::VersionInfoReader, Xml::DTDReader, Xml::DoctypeReader,
+                        Xml::EntityReader, Xml::ElementDeclReader, Xml::MixedSpecReader,
+                        Xml::ChildrenSpecReader, Xml::AttListReader, Xml::DocumentReader>(),
+    "readers are values");
+
+Xml::Dtd& sharedDtd() {
+    static Xml::Dtd dtd("d");
+    return dtd;
+}
+
+// How each reader that owns its result is made, what it reads here, and how the result shows. What
+// is read ends in a failure that leaves a message beside the result, where the reader allows that.
+
+struct Elements {
+    using Reader = Xml::ElementReader;
+    static Reader make() { return Reader(nullptr); }
+    static constexpr const char* kInput = "<a x='1'><b>t</b></c>";
+    static constexpr const char* kResult = "a(x=\"1\" b(\"t\"))";
+    static constexpr bool kHasMessage = true;
+    static std::string take(Reader& reader) {
+        const std::unique_ptr<Xml::Element> root(reader.extractRoot());
+        return root != nullptr ? support::dump(*root) : "none";
+    }
+};
+
+struct Dtds {
+    using Reader = Xml::DTDReader;
+    static Reader make() { return Reader("d"); }
+    static constexpr const char* kInput = "<!ELEMENT a (b)>x";
+    static constexpr const char* kResult = "<!DOCTYPE d [\n<!ELEMENT a (b)>\n]>\n";
+    static constexpr bool kHasMessage = true;
+    static std::string take(Reader& reader) {
+        const std::unique_ptr<Xml::Dtd> dtd(reader.extractDtd());
+        return dtd != nullptr ? support::written(*dtd) : "none";
+    }
+};
+
+struct Doctypes {
+    using Reader = Xml::DoctypeReader;
+    static Reader make() { return Reader(); }
+    static constexpr const char* kInput = "<!DOCTYPE d [<!ELEMENT a (b)>]>";
+    static constexpr const char* kResult = "<!DOCTYPE d [\n<!ELEMENT a (b)>\n]>\n";
+    static constexpr bool kHasMessage = false;
+    static std::string take(Reader& reader) {
+        const std::unique_ptr<Xml::Dtd> dtd(reader.extractDtd());
+        return dtd != nullptr ? support::written(*dtd) : "none";
+    }
+};
+
+struct MixedModels {
+    using Reader = Xml::MixedSpecReader;
+    static Reader make() { return Reader(&sharedDtd()); }
+    static constexpr const char* kInput = "(#PCDATA | a)";
+    static constexpr const char* kResult = "(#PCDATA | a)*";
+    static constexpr bool kHasMessage = true;
+    static std::string take(Reader& reader) {
+        const std::unique_ptr<Xml::MixedSpec> model(reader.extractMixedSpec());
+        return model != nullptr ? reading::written(*model) : "none";
+    }
+};
+
+struct Models {
+    using Reader = Xml::ChildrenSpecReader;
+    static Reader make() { return Reader(&sharedDtd()); }
+    static constexpr const char* kInput = "(a, (b | c | #PCDATA)*)";
+    static constexpr const char* kResult = "(a, (b | c | #PCDATA)*)";
+    static constexpr bool kHasMessage = true;
+    static std::string take(Reader& reader) {
+        const std::unique_ptr<Xml::ChildrenSpec> model(reader.extractChildrenSpec());
+        return model != nullptr ? reading::written(*model) : "none";
+    }
+};
+
+struct Documents {
+    using Reader = Xml::DocumentReader;
+    static Reader make() { return Reader(); }
+    static constexpr const char* kInput = "<!DOCTYPE a [<!ELEMENT a EMPTY>]><a>x</a>";
+    static constexpr const char* kResult = "<!DOCTYPE a [\n<!ELEMENT a EMPTY>\n]>\na(\"x\")";
+    static constexpr bool kHasMessage = true;
+    static std::string take(Reader& reader) {
+        const std::unique_ptr<Xml::Document> document(reader.extractDocument());
+        return document != nullptr ? support::dump(*document) : "none";
+    }
+};
+
+template <class Kind>
+class OwningReader : public testing::Test {
+protected:
+    using Reader = typename Kind::Reader;
+
+    static Reader usedReader() {
+        Reader reader = Kind::make();
+        reading::read(reader, Kind::kInput);
+        EXPECT_NE(reader.getErrorMessage().empty(), Kind::kHasMessage);
+        return reader;
+    }
+};
+
+using OwningReaders = testing::Types<Elements, Dtds, Doctypes, MixedModels, Models, Documents>;
+TYPED_TEST_SUITE(OwningReader, OwningReaders);
+
+TYPED_TEST(OwningReader, IsCopiedDeeply) {
+    auto reader = this->usedReader();
+    auto copy = reader;
+    EXPECT_EQ(copy.getErrorMessage(), reader.getErrorMessage());
+    EXPECT_EQ(TypeParam::take(reader), TypeParam::kResult);
+    EXPECT_EQ(TypeParam::take(copy), TypeParam::kResult);
+}
+
+TYPED_TEST(OwningReader, IsCopyAssignedDeeply) {
+    auto reader = this->usedReader();
+    const std::string message = reader.getErrorMessage();
+    auto copy = TypeParam::make();
+    copy = reader;
+    const auto& same = copy;
+    copy = same;
+    EXPECT_EQ(TypeParam::take(reader), TypeParam::kResult);
+    EXPECT_EQ(TypeParam::take(copy), TypeParam::kResult);
+    EXPECT_EQ(copy.getErrorMessage(), message);
+}
+
+TYPED_TEST(OwningReader, HandsItsResultOnWhenMoved) {
+    auto reader = this->usedReader();
+    const std::string message = reader.getErrorMessage();
+    auto moved = std::move(reader);
+    // NOLINTNEXTLINE(bugprone-use-after-move): this is what is tested
+    EXPECT_EQ(TypeParam::take(reader), "none");
+    EXPECT_EQ(reader.getErrorMessage(), "");
+    EXPECT_EQ(moved.getErrorMessage(), message);
+    EXPECT_EQ(TypeParam::take(moved), TypeParam::kResult);
+}
+
+TYPED_TEST(OwningReader, HandsItsResultOnWhenMoveAssigned) {
+    auto reader = this->usedReader();
+    auto target = this->usedReader();
+    const std::string message = reader.getErrorMessage();
+    target = std::move(reader);
+    // NOLINTNEXTLINE(bugprone-use-after-move): this is what is tested
+    EXPECT_EQ(TypeParam::take(reader), "none");
+    EXPECT_EQ(target.getErrorMessage(), message);
+    EXPECT_EQ(TypeParam::take(target), TypeParam::kResult);
+}
+
+TYPED_TEST(OwningReader, CopiesBeforeItReads) {
+    const auto reader = TypeParam::make();
+    auto copy = reader;
+    reading::read(copy, TypeParam::kInput);
+    EXPECT_EQ(TypeParam::take(copy), TypeParam::kResult);
+}
+
+/// Reads the declaration with a copy, a moved and an assigned reader, and gives the DTD as written.
+template <class Reader>
+std::string dtdAfter(const std::string& declaration) {
+    std::string all;
+    for (const int way : {0, 1, 2, 3}) {
+        Xml::Dtd dtd("d");
+        Xml::Dtd other("o");
+        Reader reader(&dtd);
+        Reader target(&other);
+        if (way == 0) target = reader;
+        if (way == 1) target = std::move(reader);
+        if (way == 2) target = Reader(reader);
+        Reader& used = way == 3 ? reader : target;
+        all += reading::read(used, declaration) + " ";
+        all += support::written(dtd);
+        EXPECT_EQ(support::written(other), "<!DOCTYPE o [\n]>\n");
+    }
+    return all;
+}
+
+std::string fourTimes(const std::string& text) { return text + text + text + text; }
+
+TEST(DeclarationReader, CopiesFillTheSameDtd) {
+    EXPECT_EQ(dtdAfter<Xml::ElementDeclReader>("<!ELEMENT a EMPTY>"),
+              fourTimes("true at 18 <!DOCTYPE d [\n<!ELEMENT a EMPTY>\n]>\n"));
+    EXPECT_EQ(dtdAfter<Xml::EntityReader>("<!ENTITY e 'v'>"),
+              fourTimes("true at 15 <!DOCTYPE d [\n<!ENTITY e \"v\">\n]>\n"));
+    // A list is not written without its element.
+    EXPECT_EQ(dtdAfter<Xml::AttListReader>("<!ATTLIST a>"),
+              fourTimes("true at 12 <!DOCTYPE d [\n]>\n"));
+}
+
+TEST(DTDReader, KeepsWhatKindOfSubsetItReadsWhenCopied) {
+    Xml::DTDReader reader("d");
+    reader.setInternal(true);
+    Xml::DTDReader copy(reader);
+    EXPECT_EQ(reading::read(copy, "]"), "true at 1");
+    Xml::DTDReader moved(std::move(reader));
+    EXPECT_EQ(reading::read(moved, "]"), "true at 1");
+}
+
+TEST(ElementReader, AsksTheSameDtdWhenCopied) {
+    Xml::Dtd dtd("d");
+    dtd.setEntity("e", "v");
+    const Xml::ElementReader reader(&dtd);
+    Xml::ElementReader copy(reader);
+    EXPECT_EQ(reading::read(copy, "<a x='&e;'/>"), "true at 12");
+    EXPECT_EQ(support::dump(*copy.getRoot()), "a(x=\"v\")");
+}
+
+}  // namespace
