@@ -10,7 +10,7 @@
 namespace VexSys {
 namespace {
 
-constexpr std::size_t kBufferSize = 64 * 1024;
+constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
 
 bool isFolder(int descriptor) {
     struct stat status {};

@@ -30,14 +30,14 @@ bool open(std::ifstream& file, const std::string& path) {
 // taken to fit. The buffer is asked, not the stream, so that the stream's state stays as it is.
 bool isWithinReach(std::istream& stream) {
     constexpr auto kIn = std::ios_base::in;
-    const std::streampos kUnknown(std::streamoff(-1));
+    const std::streampos kUnknown(std::streamoff{-1});
     std::streambuf* buffer = stream.rdbuf();
     if (buffer == nullptr) return true;
     const std::streampos here = buffer->pubseekoff(0, std::ios_base::cur, kIn);
     if (here == kUnknown) return true;
     const std::streampos end = buffer->pubseekoff(0, std::ios_base::end, kIn);
     buffer->pubseekpos(here, kIn);
-    return end == kUnknown || fitsPositions(static_cast<std::uint64_t>(std::streamoff(end)));
+    return end == kUnknown || fitsPositions(static_cast<std::uint64_t>(std::streamoff{end}));
 }
 
 // Moves back inside the stream's buffer; false, having moved anywhere, where that does not reach.
@@ -72,6 +72,7 @@ FileInStream::FileInStream(FileInStream&& other) noexcept
 
 // A stream that is assigned its own file, from a copy say, keeps it and goes on owning it.
 FileInStream& FileInStream::operator=(const FileInStream& other) {
+    if (this == &other) return *this;
     if (mStream != other.mStream) close();
     InStream::operator=(other);
     mStream = other.mStream;
@@ -81,9 +82,9 @@ FileInStream& FileInStream::operator=(const FileInStream& other) {
 FileInStream& FileInStream::operator=(FileInStream&& other) noexcept {
     if (this == &other) return *this;
     if (mStream != other.mStream) close();
-    InStream::operator=(std::move(other));
     mStream = std::exchange(other.mStream, nullptr);
     mOpened = std::exchange(other.mOpened, false) || mOpened;
+    InStream::operator=(std::move(other));
     return *this;
 }
 
@@ -106,7 +107,7 @@ void FileInStream::setPosition(int position) {
     constexpr std::streamoff kShort = 64;
     if (mStream == nullptr) return;
     if (mStream->good()) {
-        const std::streamoff count = std::streamoff(mStream->tellg()) - position;
+        const std::streamoff count = std::streamoff{mStream->tellg()} - position;
         if (count >= 0 && count <= kShort && stepsBack(*mStream->rdbuf(), count)) return;
     }
     mStream->seekg(position);

@@ -28,6 +28,7 @@ FileOutStream::FileOutStream(FileOutStream&& other) noexcept
 
 // A stream that is assigned its own file, from a copy say, keeps it and goes on owning it.
 FileOutStream& FileOutStream::operator=(const FileOutStream& other) {
+    if (this == &other) return *this;
     if (mStream != other.mStream) close();
     OutStream::operator=(other);
     mStream = other.mStream;

@@ -39,6 +39,7 @@ FileSpecInStream::FileSpecInStream(FileSpecInStream&& other) noexcept
 
 // A stream that is assigned its own file, from a copy say, keeps it and goes on owning it.
 FileSpecInStream& FileSpecInStream::operator=(const FileSpecInStream& other) {
+    if (this == &other) return *this;
     if (mFile != other.mFile) close();
     InStream::operator=(other);
     mFile = other.mFile;
@@ -49,10 +50,10 @@ FileSpecInStream& FileSpecInStream::operator=(const FileSpecInStream& other) {
 FileSpecInStream& FileSpecInStream::operator=(FileSpecInStream&& other) noexcept {
     if (this == &other) return *this;
     if (mFile != other.mFile) close();
-    InStream::operator=(std::move(other));
     mFile = std::exchange(other.mFile, nullptr);
     mOwnsFile = std::exchange(other.mOwnsFile, false) || mOwnsFile;
     mLength = std::exchange(other.mLength, 0);
+    InStream::operator=(std::move(other));
     return *this;
 }
 

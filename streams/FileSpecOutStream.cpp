@@ -35,6 +35,7 @@ FileSpecOutStream::FileSpecOutStream(FileSpecOutStream&& other) noexcept
 
 // A stream that is assigned its own file, from a copy say, keeps it and goes on owning it.
 FileSpecOutStream& FileSpecOutStream::operator=(const FileSpecOutStream& other) {
+    if (this == &other) return *this;
     if (mFile != other.mFile) close();
     OutStream::operator=(other);
     mFile = other.mFile;

@@ -20,7 +20,8 @@ OutStream& OutStream::operator<<(const std::string& text) {
 }
 
 OutStream& OutStream::writeDataHolder(const DataHolder& text) {
-    for (const char c : std::string(text)) putChar(c);
+    const std::string bytes = text;
+    for (const char c : bytes) putChar(c);
     return *this;
 }
 

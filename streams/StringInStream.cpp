@@ -23,9 +23,9 @@ StringInStream::StringInStream(StringInStream&& other) noexcept
       mPos(std::exchange(other.mPos, 0)) {}
 
 StringInStream& StringInStream::operator=(StringInStream&& other) noexcept {
-    InStream::operator=(std::move(other));
     mText = std::exchange(other.mText, {});
     mPos = std::exchange(other.mPos, 0);
+    InStream::operator=(std::move(other));
     return *this;
 }
 

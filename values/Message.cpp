@@ -10,20 +10,6 @@ namespace {
 
 void printToStandardError(const char* text, ...) { std::cerr << text << std::endl; }
 
-// The formatted text behind one byte that holds its length.
-std::string formatBehindLength(const char* format, std::va_list arguments) {
-    std::va_list again;
-    va_copy(again, arguments);
-    const int size = std::vsnprintf(nullptr, 0, format, arguments);
-    std::string text(1, static_cast<char>(static_cast<unsigned char>(size)));
-    if (size > 0) {
-        text.resize(1 + static_cast<std::size_t>(size));
-        std::vsnprintf(text.data() + 1, text.size(), format, again);
-    }
-    va_end(again);
-    return text;
-}
-
 }  // namespace
 
 bool Message::out = true;
@@ -39,8 +25,15 @@ Message::Message(const std::string& text) {
 Message::Message(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    const std::string text = formatBehindLength(format, arguments);
+    const int size = std::vsnprintf(nullptr, 0, format, arguments);
     va_end(arguments);
+    std::string text(1, static_cast<char>(static_cast<unsigned char>(size)));
+    if (size > 0) {
+        text.resize(1 + static_cast<std::size_t>(size));
+        va_start(arguments, format);
+        std::vsnprintf(text.data() + 1, text.size(), format, arguments);
+        va_end(arguments);
+    }
     lastMessage() = format;
     if (out) mMessageHandler(text.c_str());
 }

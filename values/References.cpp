@@ -91,8 +91,9 @@ DataHolder& insertStdEntities(DataHolder& text) {
 }
 
 std::string toXmlString(const DataHolder& text) {
-    DataHolder escaped = text;
-    return '"' + std::string(insertStdEntities(escaped)) + '"';
+    DataHolder holder = text;
+    const std::string escaped = insertStdEntities(holder);
+    return '"' + escaped + '"';
 }
 
 DataHolder getEntityValue(const std::string& name, const Dtd* dtd) {
