@@ -32,6 +32,7 @@ struct Node {
     int writeEnd = -1;
 
     Xml::Object* real = nullptr;  ///< the node that this one stands for
+    unsigned key = 0;             ///< tells it from others, whatever else there is
 };
 
 /// The nodes held by this one, in the order they are written.
