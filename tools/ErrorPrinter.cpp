@@ -20,7 +20,7 @@ constexpr std::string_view kBoldMagenta = "\x1b[1;35m";
 constexpr std::string_view kPlain = "\x1b[0m";
 
 bool isSet(const char* variable) {
-    const char* value = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): one thread
+    const char* value = std::getenv(variable);
     return value != nullptr && *value != '\0';
 }
 

@@ -16,18 +16,20 @@ namespace {
 
 constexpr std::size_t kMaxSize = std::numeric_limits<int>::max();
 
-// Spares a large file the copies of a growing string; a pipe has no size.
-void reserveFor(int file, std::string& text) {
+constexpr const char* kTooLong = "2 GiB or more is too long";
+
+// 0 for what has no size beforehand, such as a pipe.
+std::size_t sizeOf(int file) {
     struct stat info {};
-    if (fstat(file, &info) != 0 || info.st_size <= 0) return;
-    if (static_cast<std::size_t>(info.st_size) <= kMaxSize) {
-        text.reserve(static_cast<std::size_t>(info.st_size));
-    }
+    if (fstat(file, &info) != 0 || info.st_size <= 0) return 0;
+    return static_cast<std::size_t>(info.st_size);
 }
 
 // Empty when all was read, else what went wrong.
 std::string readAll(int file, std::string& text) {
-    reserveFor(file, text);
+    const std::size_t expected = sizeOf(file);
+    if (expected > kMaxSize) return kTooLong;
+    text.reserve(expected);
     std::array<char, 65536> block{};
     while (text.size() <= kMaxSize) {
         const ssize_t size = read(file, block.data(), block.size());
@@ -38,7 +40,7 @@ std::string readAll(int file, std::string& text) {
             return std::strerror(errno);
         }
     }
-    return "2 GiB or more is too long";
+    return kTooLong;
 }
 
 std::string readFile(const std::string& name, std::string& text) {
