@@ -28,8 +28,11 @@ Document::Document(const Document& other) : Object() {
 Document::Document(Document&& other) noexcept { *this = std::move(other); }
 
 Document& Document::operator=(const Document& other) {
-    if (this != &other) *this = Document(other);
-    return *this;
+    if (this == &other) {
+        touch();
+        return *this;
+    }
+    return *this = Document(other);
 }
 
 Document& Document::operator=(Document&& other) noexcept {
@@ -37,17 +40,18 @@ Document& Document::operator=(Document&& other) noexcept {
     mRoot = std::move(other.mRoot);
     mDocumentDtd = std::move(other.mDocumentDtd);
     linkContent();
-    touch();
     other.touch();
     return *this;
 }
 
 Document::~Document() = default;
 
-// Needs: the document is touched, or will be before anything below it is.
+// What is below may be marked as touched up to the top, so the document must be, too.
 void Document::linkContent() {
-    if (mRoot) mRoot->mParent = this;
-    if (mDocumentDtd) mDocumentDtd->setParent(this);
+    if (mRoot) mRoot->linkTo(this);
+    if (mDocumentDtd) mDocumentDtd->linkTo(this);
+    touch();
+    if (!mPathTouched && mRoot) mRoot->forgetTouchedPaths();
 }
 
 // What is below the root may have been marked as touched up to here.
@@ -72,14 +76,14 @@ const Dtd* Document::getDtd() const { return mDocumentDtd.get(); }
 
 Element* Document::extractRoot() {
     if (!mRoot) return nullptr;
-    mRoot->mParent = nullptr;
+    mRoot->linkTo(nullptr);
     mRoot->setDtd(nullptr);
     return mRoot.release();
 }
 
 Dtd* Document::extractDtd() {
     if (!mDocumentDtd) return nullptr;
-    mDocumentDtd->setParent(nullptr);
+    mDocumentDtd->linkTo(nullptr);
     if (mRoot) mRoot->setDtd(nullptr);
     setDtd(nullptr);
     return mDocumentDtd.release();
@@ -87,8 +91,9 @@ Dtd* Document::extractDtd() {
 
 const Element* Document::find(const std::string& name, int index) const {
     if (!mRoot) return nullptr;
-    if (mRoot->getName() == name && index-- < 1) return mRoot.get();
-    return std::as_const(*mRoot).findElement(name, index);
+    const bool rootMatches = mRoot->getName() == name;
+    if (rootMatches && index < 1) return mRoot.get();
+    return std::as_const(*mRoot).findElement(name, rootMatches ? index - 1 : index);
 }
 
 Element* Document::find(const std::string& name, int index) {

@@ -4,8 +4,14 @@
 
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
+#include "dom/AttributeList.h"
 
 namespace Xml {
+
+template <class Visit>
+void Element::forEachAttribute(const Visit& visit) const {
+    if (mAttributes) mAttributes->forEach(visit);
+}
 
 Element::Element(const std::string& name) { setName(name); }
 
@@ -16,12 +22,11 @@ Element::Element(const std::string& name, const DataHolder& text) : Element(name
 }
 
 Element::Element(const Element& other, WithoutChildren) : Object(other), mName(other.mName) {
-    mAttributes.reserve(other.mAttributes.size());
-    for (const auto& attribute : other.mAttributes) {
-        mAttributes.push_back(std::make_unique<Attribute>(*attribute));
-        mAttributes.back()->setHeldName(attribute->heldName());
-        mAttributes.back()->mParent = this;
-    }
+    other.forEachAttribute([this](const Attribute& attribute) {
+        auto copy = std::make_unique<Attribute>(attribute);
+        copy->setHeldName(attribute.heldName());
+        holdAttribute(std::move(copy));
+    });
     // A copy is touched, which takes its own link alone from it.
     mSubtreeBound = other.mSubtreeBound && other.mDtd == nullptr;
     mDtd = nullptr;
@@ -51,7 +56,7 @@ void Element::copyChildren(const Element& other,
         } else {
             mChildren.push_back(child->clone());
         }
-        mChildren.back()->mParent = this;
+        mChildren.back()->linkTo(this);
     }
 }
 
@@ -62,8 +67,11 @@ Element::Element(Element&& other) noexcept {
 }
 
 Element& Element::operator=(const Element& other) {
-    if (this != &other) *this = Element(other);
-    return *this;
+    if (this == &other) {
+        touch();
+        return *this;
+    }
+    return *this = Element(other);
 }
 
 // `other` may be below this element: it is emptied before the old content is destroyed.
@@ -72,6 +80,7 @@ Element& Element::operator=(Element&& other) noexcept {
     Element content(std::move(other));
     swapContent(content);
     touch();
+    for (Object* child : mChildren) dropUntrueMarks(child);
     return *this;
 }
 
@@ -84,9 +93,9 @@ void Element::swapContent(Element& other) {
     mAttributes.swap(other.mAttributes);
     mName.swap(other.mName);
     for (Element* element : {this, &other}) {
-        for (Object* child : element->mChildren) child->mParent = element;
-        for (const auto& attribute : element->mAttributes) attribute->mParent = element;
-        element->mSubtreeBound = element->mChildren.empty() && element->mAttributes.empty();
+        for (Object* child : element->mChildren) child->linkTo(element);
+        element->forEachAttribute([=](Attribute& attribute) { attribute.mParent = element; });
+        element->mSubtreeBound = element->mChildren.empty() && element->mAttributes == nullptr;
         element->forgetBoundAbove();
     }
 }
@@ -134,6 +143,7 @@ void Element::bind(const Dtd* dtd, std::vector<Element*>& pending) {
     if (dtd != nullptr) mPathTouched = false;
     mSubtreeBound = false;
     mSubtreeBound = bindLeaves(dtd, pending);
+    if (!mSubtreeBound) forgetBoundAbove();
 }
 
 // Whether all children and attributes are, or will be, bound to `dtd` and linked to this element,
@@ -149,10 +159,10 @@ bool Element::bindLeaves(const Dtd* dtd, std::vector<Element*>& pending) {
         child->setDtd(dtd);
         complete = complete && child->mDtd == dtd && child->mSubtreeBound;
     }
-    for (const auto& attribute : mAttributes) {
-        attribute->setDtd(dtd);
-        complete = complete && attribute->mParent == this;
-    }
+    forEachAttribute([&](Attribute& attribute) {
+        attribute.setDtd(dtd);
+        complete = complete && attribute.mParent == this;
+    });
     return complete;
 }
 
@@ -161,9 +171,9 @@ Object* Element::clone() const { return new Element(*this); }
 const std::string& Element::toString() const {
     if (!mText) mText = std::make_unique<std::string>();
     *mText = mName;
-    for (const auto& attribute : mAttributes) {
-        if (attribute->isOk()) *mText += ' ' + attribute->text();
-    }
+    forEachAttribute([this](const Attribute& attribute) {
+        if (attribute.isOk()) *mText += ' ' + attribute.text();
+    });
     return *mText;
 }
 
@@ -189,6 +199,7 @@ Element* Element::addElement(const std::string& name, const DataHolder& text) {
 }
 
 void Element::insertChild(const Object* before, Object* child) {
+    if (before == nullptr) return addChild(child);
     const auto place = std::find(mChildren.begin(), mChildren.end(), before);
     insertAt(static_cast<std::size_t>(place - mChildren.begin()), child);
 }
@@ -200,9 +211,15 @@ void Element::insertAt(std::size_t place, Object* child) {
     }
     child->setDtd(mDtd);
     mChildren.insert(mChildren.begin() + static_cast<std::ptrdiff_t>(place), child);
-    child->mParent = this;
+    child->linkTo(this);
     if (child->mDtd != mDtd || !child->mSubtreeBound) child->forgetBoundAbove();
     touch();
+    dropUntrueMarks(child);
+}
+
+// A new child may bring marks along that its place here does not bear out.
+void Element::dropUntrueMarks(Object* child) {
+    if (!mPathTouched || !child->followsParent()) child->forgetTouchedPaths();
 }
 
 Object* Element::extractChild(Object* child) {
@@ -210,7 +227,7 @@ Object* Element::extractChild(Object* child) {
     if (child == nullptr || place == mChildren.end()) return nullptr;
     mChildren.erase(place);
     touch();
-    child->mParent = nullptr;
+    child->linkTo(nullptr);
     child->setDtd(nullptr);
     return child;
 }
@@ -222,42 +239,31 @@ void Element::killChildren() {
     touch();
 }
 
-Element::Attributes::const_iterator Element::lowerBound(const std::string& name) const {
-    return std::lower_bound(
-        mAttributes.begin(), mAttributes.end(), name,
-        [](const std::unique_ptr<Attribute>& attribute, const std::string& wanted) {
-            return attribute->heldName() < wanted;
-        });
-}
-
-Element::Attributes::const_iterator Element::findAttribute(const std::string& name) const {
-    const auto place = lowerBound(name);
-    return place != mAttributes.end() && (*place)->heldName() == name ? place : mAttributes.end();
+void Element::holdAttribute(std::unique_ptr<Attribute> attribute) {
+    attribute->mParent = this;
+    if (!mAttributes) mAttributes = std::make_unique<AttributeList>();
+    mAttributes->insert(std::move(attribute));
 }
 
 void Element::setAttribute(const std::string& name, const DataHolder& value) {
     auto attribute = std::make_unique<Attribute>(name, value);
     attribute->mParent = this;
     attribute->mDtd = mDtd;
-    const auto place = lowerBound(name);
-    if (place != mAttributes.end() && (*place)->heldName() == name) {
-        **place = *attribute;
+    if (Attribute* present = getAttribute(name)) {
+        *present = *attribute;
     } else {
-        mAttributes.insert(place, std::move(attribute));
+        holdAttribute(std::move(attribute));
     }
     touch();
 }
 
 void Element::removeAttribute(const std::string& name) {
-    const auto place = findAttribute(name);
-    if (place == mAttributes.end()) return;
-    mAttributes.erase(place);
-    touch();
+    if (mAttributes && mAttributes->erase(name)) touch();
 }
 
 void Element::removeAttribute(int index) {
     if (getAttribute(index) == nullptr) return;
-    mAttributes.erase(mAttributes.begin() + index);
+    mAttributes->erase(index);
     touch();
 }
 

@@ -2,6 +2,7 @@
 
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
+#include "dom/AttributeList.h"
 #include "dom/EmptyText.h"
 #include "dom/Walk.h"
 
@@ -22,7 +23,8 @@ const Element* nthChildElement(const Element& parent, int index, Condition match
     for (int i = 0; i < parent.getChildCount(); ++i) {
         const Object* child = parent.getChild(i);
         if (!child->isElement() || !matches(*child->toElement())) continue;
-        if (index-- < 1) return child->toElement();
+        if (index < 1) return child->toElement();
+        --index;
     }
     return nullptr;
 }
@@ -32,7 +34,9 @@ template <class Condition>
 const Element* nthDescendant(const Element& top, int index, Condition matches) {
     DescendantElements<const Element> below(top);
     while (const Element* element = below.next()) {
-        if (matches(*element) && index-- < 1) return element;
+        if (!matches(*element)) continue;
+        if (index < 1) return element;
+        --index;
     }
     return nullptr;
 }
@@ -71,8 +75,7 @@ Element* Element::getElement(int index) {
 }
 
 const Attribute* Element::getAttribute(const std::string& name) const {
-    const auto place = findAttribute(name);
-    return place != mAttributes.end() ? place->get() : nullptr;
+    return mAttributes ? mAttributes->find(name) : nullptr;
 }
 
 Attribute* Element::getAttribute(const std::string& name) {
@@ -81,14 +84,14 @@ Attribute* Element::getAttribute(const std::string& name) {
 
 const Attribute* Element::getAttribute(int index) const {
     if (index < 0 || index >= getAttributeCount()) return nullptr;
-    return mAttributes[static_cast<std::size_t>(index)].get();
+    return &mAttributes->at(index);
 }
 
 Attribute* Element::getAttribute(int index) {
     return mutableNode(std::as_const(*this).getAttribute(index));
 }
 
-int Element::getAttributeCount() const { return static_cast<int>(mAttributes.size()); }
+int Element::getAttributeCount() const { return mAttributes ? mAttributes->size() : 0; }
 
 const DataHolder& Element::getAttributeValue(const std::string& name) const {
     if (const Attribute* attribute = getAttribute(name)) return attribute->getValue();

@@ -3,6 +3,7 @@
 
 #include "VexXml/Dom.h"
 #include "VexXml/Streams.h"
+#include "dom/AttributeList.h"
 
 namespace Xml {
 namespace {
@@ -64,9 +65,10 @@ void Element::write(OutStream& out) const {
 // False when the tag is that of an empty element in short notation, so that nothing follows.
 bool Element::writeStartTag(OutStream& out) const {
     out << '<' << mName;
-    for (const auto& attribute : mAttributes) {
-        if (attribute->isOk()) out << ' ' << attribute->text();
-    }
+    const auto writeAttribute = [&out](const Attribute& attribute) {
+        if (attribute.isOk()) out << ' ' << attribute.text();
+    };
+    if (mAttributes) mAttributes->forEach(writeAttribute);
     if (mChildren.empty() && writesShortEmptyTags) {
         out << "/>";
         return false;

@@ -1,3 +1,5 @@
+#include <typeinfo>
+
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
 #include "VexXml/Streams.h"
@@ -30,10 +32,11 @@ Object::Object(const Object& other) : mDtd(other.mDtd) {}
 
 Object& Object::operator=(const Object& other) {
     if (this == &other) return *this;
-    if (mDtd != other.mDtd) forgetBoundAbove();
+    forgetBoundAbove();
     forgetTouchedPaths();
     mDtd = other.mDtd;
     mParent = other.mParent;
+    mIsHeld = false;
     mWriteStart = other.mWriteStart;
     mWriteEnd = other.mWriteEnd;
     mTouched = other.mTouched;
@@ -63,29 +66,48 @@ void Object::setParent(Object* parent) {
     forgetBoundAbove();
     forgetTouchedPaths();
     mParent = parent;
+    mIsHeld = false;
+}
+
+// The holder is null for none.
+void Object::linkTo(Object* holder) {
+    mParent = holder;
+    mIsHeld = holder != nullptr;
 }
 
 bool Object::isPathTouched() const { return mTouched && mDtd == nullptr && mPathTouched; }
 
+// Whether writing and binding the parent does so to this node too. What an element of a class that
+// a caller derived does cannot be known.
+bool Object::followsParent() const {
+    return mIsHeld && (typeid(*mParent) == typeid(Element) || mParent->isDocument());
+}
+
 // Stops where all the rest is known to be touched already, so that building a deep tree from the
-// top costs no more than from the bottom. An attribute never tells: writing its element clears the
-// marks of that, but not its own.
+// top costs no more than from the bottom.
 void Object::touch() {
-    for (Object* node = this; node != nullptr && !node->isPathTouched(); node = node->mParent) {
+    Object* firstMarked = this;
+    Object* node = this;
+    for (; node != nullptr && !node->isPathTouched(); node = node->mParent) {
         if (node->mDtd != nullptr) node->mSubtreeBound = false;
         node->mDtd = nullptr;
         node->mTouched = true;
-        node->mPathTouched = !node->isAttribute();
+        node->mPathTouched = false;
+        if (node->mParent != nullptr && !node->followsParent()) firstMarked = node->mParent;
+    }
+    for (Object* marked = firstMarked; marked != node; marked = marked->mParent) {
+        marked->mPathTouched = marked->isElement() || marked->isDocument();
     }
 }
 
-// For when the nodes above change otherwise than by touching. Below a node that is not marked
-// none is.
+// For when the nodes above change otherwise than by touching.
 void Object::forgetTouchedPaths() {
     if (!mPathTouched) return;
     mPathTouched = false;
-    if (!isElement()) return;
-    DescendantElements<Element> below(*toElement());
+    Element* top = isDocument() ? toDocument()->getRoot() : isElement() ? toElement() : nullptr;
+    if (top == nullptr) return;
+    top->mPathTouched = false;
+    DescendantElements<Element> below(*top);
     while (Element* element = below.next()) element->mPathTouched = false;
 }
 

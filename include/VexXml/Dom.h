@@ -17,6 +17,7 @@
 namespace Xml {
 
 class Attribute;
+class AttributeList;
 class CharData;
 class Document;
 class Dtd;
@@ -86,7 +87,9 @@ private:
     friend class Document;
     friend class Element;
 
+    void linkTo(Object* holder);
     bool isPathTouched() const;
+    bool followsParent() const;
     bool beginWrite(OutStream& out);
     void endWrite(OutStream& out);
     void forgetTouchedPaths();
@@ -97,7 +100,10 @@ private:
     int mWriteStart = -1;  ///< where the text began when last written; -1 when never written
     int mWriteEnd = -1;    ///< just behind the text; -1 when never written
     bool mTouched = true;
-    /// Everything from here to the top is touched and unbound, so `touch` need not go there again.
+    bool mIsHeld = false;  ///< by the parent, rather than linked to it by `setParent` alone
+    /// Everything from here to the top is touched and unbound, and writing or binding any of it
+    /// does so to this node too. So `touch` need not go on from here. Only elements and documents
+    /// are marked like this, and below one that is not marked none is.
     bool mPathTouched = false;
     /// Everything below is bound to `mDtd`, so `setDtd` need not go there again.
     bool mSubtreeBound = true;
@@ -135,6 +141,7 @@ protected:
     void write(OutStream& out) const override;
 
 private:
+    friend class AttributeList;
     friend class Element;
 
     struct Extra;
@@ -333,7 +340,6 @@ protected:
 private:
     friend class Validator;
 
-    using Attributes = std::vector<std::unique_ptr<Attribute>>;
     struct WithoutChildren {};
 
     Element(const Element& other, WithoutChildren);
@@ -344,15 +350,17 @@ private:
 
     void bind(const Dtd* dtd, std::vector<Element*>& pending);
     bool bindLeaves(const Dtd* dtd, std::vector<Element*>& pending);
-    Attributes::const_iterator lowerBound(const std::string& name) const;
-    Attributes::const_iterator findAttribute(const std::string& name) const;
+    template <class Visit>
+    void forEachAttribute(const Visit& visit) const;
+    void holdAttribute(std::unique_ptr<Attribute> attribute);
     void insertAt(std::size_t place, Object* child);
+    void dropUntrueMarks(Object* child);
     bool writeStartTag(OutStream& out) const;
     void writeEndTag(OutStream& out) const;
     bool hasOnlyElements() const;
 
-    std::vector<Object*> mChildren;  ///< owned
-    Attributes mAttributes;          ///< in the order of the names that they are held under
+    std::vector<Object*> mChildren;              ///< owned
+    std::unique_ptr<AttributeList> mAttributes;  ///< null until there is one
     std::string mName;
     mutable std::unique_ptr<std::string> mText;  ///< made by `toString`
 };
