@@ -6,7 +6,8 @@
 namespace Xml {
 
 void Dtd::write(OutStream& out) const {
-    out << "<!DOCTYPE " << std::string(mName) << " [\n";
+    const std::string documentType = mName;
+    out << "<!DOCTYPE " << documentType << " [\n";
     for (const auto& [name, value] : mEntities) {
         out << "<!ENTITY " << name << " " << toXmlString(value) << ">\n";
     }

@@ -24,21 +24,21 @@ TEST(AttDef, DefaultDeclarationsHaveFixedValues) {
 
 struct Definition {
     Xml::AttType type;
-    const char* value;
     bool isRequired;
     bool hasDefault;
+    const char* value;
     const char* text;
 };
 
 // The blank in front of a value, and none behind "#FIXED", are deliberate.
 const Definition kDefinitions[] = {
-    {Xml::AttValue, "", false, true, "CDATA \"\""},
-    {Xml::AttValue, "v", false, true, "CDATA \"v\""},
-    {Xml::AttValue, "a<b&\"c\">'", false, true, "CDATA \"a&lt;b&amp;&quot;c&quot;&gt;&apos;\""},
-    {Xml::AttRequired, "", true, false, "CDATA #REQUIRED"},
-    {Xml::AttImplied, "", false, false, "CDATA #IMPLIED"},
-    {Xml::AttFixed, "", false, true, "CDATA #FIXED\"\""},
-    {Xml::AttFixed, "v", false, true, "CDATA #FIXED\"v\""},
+    {Xml::AttValue, false, true, "", "CDATA \"\""},
+    {Xml::AttValue, false, true, "v", "CDATA \"v\""},
+    {Xml::AttValue, false, true, "a<b&\"c\">'", "CDATA \"a&lt;b&amp;&quot;c&quot;&gt;&apos;\""},
+    {Xml::AttRequired, true, false, "", "CDATA #REQUIRED"},
+    {Xml::AttImplied, false, false, "", "CDATA #IMPLIED"},
+    {Xml::AttFixed, false, true, "", "CDATA #FIXED\"\""},
+    {Xml::AttFixed, false, true, "v", "CDATA #FIXED\"v\""},
 };
 
 TEST(AttDef, AnswersAndWritesByItsDefaultDeclaration) {
@@ -77,14 +77,14 @@ TEST(AttDef, CopiesKeepTheDefault) {
     Xml::AttStringType def(Xml::AttFixed, "v");
     const std::unique_ptr<Xml::AttDef> clone(def.clone());
     EXPECT_EQ(textOf(*clone), "CDATA #FIXED\"v\"");
-    Xml::AttStringType copy(def);
-    EXPECT_EQ(textOf(copy), "CDATA #FIXED\"v\"");
+    const auto copy = std::make_unique<Xml::AttStringType>(def);
+    EXPECT_EQ(textOf(*copy), "CDATA #FIXED\"v\"");
     Xml::AttStringType assigned(Xml::AttRequired, "");
     assigned = def;
     EXPECT_EQ(textOf(assigned), "CDATA #FIXED\"v\"");
-    assigned = std::move(copy);
+    assigned = std::move(*copy);
     EXPECT_EQ(textOf(assigned), "CDATA #FIXED\"v\"");
-    EXPECT_EQ(std::string(copy.getDefault()), "");  // NOLINT(bugprone-use-after-move): empty
+    EXPECT_EQ(std::string(copy->getDefault()), "");
     EXPECT_EQ(diagnostics.take(), Reports());
 }
 

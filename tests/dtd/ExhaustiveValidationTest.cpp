@@ -64,8 +64,6 @@ public:
     static constexpr std::size_t kLongest = 4;
 
     ChildrenToTry() {
-        mHolder = support::tree("holder(a b a(#) #  a b a(#) #  a b a(#) #  a b a(#) #)");
-        mNodes = support::childrenOf(*mHolder);
         for (std::size_t length = 0, count = 1; length <= kLongest; ++length, count *= kKinds) {
             for (std::size_t number = 0; number < count; ++number) addSequence(length, number);
         }
@@ -90,8 +88,9 @@ private:
         mSequences.push_back(sequence);
     }
 
-    std::unique_ptr<Xml::Element> mHolder;
-    std::vector<Xml::Object*> mNodes;
+    std::unique_ptr<Xml::Element> mHolder =
+        support::tree("holder(a b a(#) #  a b a(#) #  a b a(#) #  a b a(#) #)");
+    std::vector<Xml::Object*> mNodes = support::childrenOf(*mHolder);
     std::vector<std::vector<Xml::Object*>> mSequences;
 };
 
@@ -190,7 +189,7 @@ std::vector<std::string> forests(int size) {
         for (const std::string& inner : forests(below)) {
             for (const std::string& behind : forests(size - 1 - below)) {
                 for (const char* top : {"a", "b"}) {
-                    result.push_back(std::string(top) + '(' + inner + ")" + behind);
+                    result.emplace_back(top).append("(").append(inner).append(")").append(behind);
                 }
                 if (below == 0) result.push_back('#' + behind);
             }
@@ -218,7 +217,7 @@ std::string expectedBindings(Xml::Element& top, const support::ReferenceValidato
         const std::string name = node->isElement() ? node->toElement()->getName() : "#";
         const bool shows = name == "#" || withList.count(name) > 0;
         if (!out.empty()) out += ' ';
-        out += name + '=' + (shows && reference.bound.count(node) > 0 ? "bound" : "-");
+        out.append(name).append(shows && reference.bound.count(node) > 0 ? "=bound" : "=-");
     }
     return out;
 }

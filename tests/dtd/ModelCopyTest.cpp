@@ -205,55 +205,52 @@ TEST_F(ModelCopies, WhatIsAddedToACopiedListBelongsToTheListsDtd) {
 }
 
 TEST_F(ModelCopies, AMovedFromListIsEmpty) {
-    Xml::ChoiceSpec choice(&mTextual);
-    choice.addChoice("a", Xml::RepOnce);
-    choice.addChoice("b", Xml::RepOnce);
-    choice.addCharDataAsChoice(true);
-    Xml::ChoiceSpec movedChoice(std::move(choice));
+    const auto choice = std::make_unique<Xml::ChoiceSpec>(&mTextual);
+    for (const char* name : {"a", "b"}) choice->addChoice(name, Xml::RepOnce);
+    choice->addCharDataAsChoice(true);
+    const Xml::ChoiceSpec movedChoice(std::move(*choice));
     EXPECT_EQ(textOf(movedChoice, true), "(a | b | #PCDATA)");
-    choice.addChoice("c", Xml::RepOnce);  // NOLINT(bugprone-use-after-move): empty, not broken
-    choice.addChoice("d", Xml::RepOnce);
-    EXPECT_EQ(textOf(choice, true), "(c | d)");
+    for (const char* name : {"c", "d"}) choice->addChoice(name, Xml::RepOnce);
+    EXPECT_EQ(textOf(*choice, true), "(c | d)");
 
-    Xml::SeqSpec sequence(&mTextual);
-    sequence.add("a", Xml::RepOnce);
+    const auto sequence = std::make_unique<Xml::SeqSpec>(&mTextual);
+    sequence->add("a", Xml::RepOnce);
     Xml::SeqSpec movedSequence(&mBare);
-    movedSequence = std::move(sequence);
+    movedSequence = std::move(*sequence);
     EXPECT_EQ(textOf(movedSequence, true), "(a)");
     EXPECT_EQ(ownerOf(movedSequence), "textual");
-    sequence.add("c", Xml::RepOnce);  // NOLINT(bugprone-use-after-move): empty, not broken
-    EXPECT_EQ(textOf(sequence, true), "(c)");
+    sequence->add("c", Xml::RepOnce);
+    EXPECT_EQ(textOf(*sequence, true), "(c)");
 }
 
 TEST_F(ModelCopies, AMovedFromModelMatchesAndWritesNothing) {
-    Xml::ChildrenSpec model(&mTextual, "a", Xml::RepOneOrMore);
-    Xml::ChildrenSpec moved(std::move(model));
-    EXPECT_EQ(textOf(moved), "(a)+");
-    // NOLINTBEGIN(bugprone-use-after-move): empty, not broken
-    EXPECT_EQ(textOf(model), "");
-    EXPECT_FALSE(takes(model, "p(a)"));
-    EXPECT_FALSE(takes(model, "p"));
-    EXPECT_EQ(textOf(Xml::ChildrenSpec(model)), "");
-    EXPECT_EQ(textOf(*std::unique_ptr<Xml::ChildrenSpec>(model.clone(&mBare))), "");
-    model = std::move(moved);
-    EXPECT_EQ(textOf(model), "(a)+");
-    EXPECT_EQ(textOf(moved), "");
-    // NOLINTEND(bugprone-use-after-move)
+    const auto model = std::make_unique<Xml::ChildrenSpec>(&mTextual, "a", Xml::RepZeroOrMore);
+    const auto moved = std::make_unique<Xml::ChildrenSpec>(std::move(*model));
+    EXPECT_EQ(textOf(*moved), "(a)*");
+    EXPECT_EQ(textOf(*model), "");
+    EXPECT_FALSE(takes(*model, "p(a)"));
+    EXPECT_FALSE(takes(*model, "p"));
+    EXPECT_EQ(textOf(Xml::ChildrenSpec(*model)), "");
+    EXPECT_EQ(textOf(*std::unique_ptr<Xml::ChildrenSpec>(model->clone(&mBare))), "");
+    *model = std::move(*moved);
+    EXPECT_EQ(textOf(*model), "(a)*");
+    EXPECT_EQ(textOf(*moved), "");
+    EXPECT_FALSE(takes(*moved, "p"));
 }
 
 TEST_F(ModelCopies, MixedContentAndNamesMove) {
-    Xml::MixedSpec mixed(&mTextual);
-    mixed.addName("a");
-    Xml::MixedSpec movedMixed(std::move(mixed));
+    const auto mixed = std::make_unique<Xml::MixedSpec>(&mTextual);
+    mixed->addName("a");
+    const Xml::MixedSpec movedMixed(std::move(*mixed));
     EXPECT_EQ(textOf(movedMixed), "(#PCDATA | a)*");
-    mixed.addName("a");  // NOLINT(bugprone-use-after-move): empty, not broken
-    EXPECT_EQ(textOf(mixed), "(#PCDATA | a)*");
+    mixed->addName("a");
+    EXPECT_EQ(textOf(*mixed), "(#PCDATA | a)*");
 
-    Xml::NameSpec name(&mTextual, "a");
+    const auto name = std::make_unique<Xml::NameSpec>(&mTextual, "a");
     Xml::NameSpec movedName(&mBare, "b");
-    movedName = std::move(name);
+    movedName = std::move(*name);
     EXPECT_EQ(textOf(movedName, true), "(a)");
-    EXPECT_EQ(textOf(name, true), "");  // NOLINT(bugprone-use-after-move): empty, not broken
+    EXPECT_EQ(textOf(*name, true), "");
 }
 
 TEST_F(ModelCopies, AssigningAnObjectToItselfChangesNothing) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <sstream>
+#include <utility>
 
 #include "VexXml/Streams.h"
 
@@ -49,7 +50,9 @@ private:
             member(result);
         } while (peek() != ')');
         ++mPos;
-        return isOneName(result) ? Particle(result.members[0]) : result;
+        if (!isOneName(result)) return result;
+        Particle only = std::move(result.members.front());
+        return only;
     }
 
     // NOLINTNEXTLINE(misc-no-recursion): nests as deep as the text of a test

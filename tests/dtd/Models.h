@@ -9,7 +9,7 @@
 namespace support {
 
 /// A content particle with its repetition, to build models from and to match without them.
-struct Particle {
+struct Particle {  // NOLINT(misc-no-recursion): nests as deep as the text of a test
     enum class Kind { Name, Choice, Sequence };
     Kind kind;
     Xml::RepType repetition;

@@ -2,31 +2,32 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace support {
-// Invariant: `open` is the element that the next node belongs to, null in front of the root.
+// Invariant: the next node belongs to the last of the `open` elements, the root to none.
 std::unique_ptr<Xml::Element> tree(const std::string& text) {
     std::unique_ptr<Xml::Element> root;
-    Xml::Object* open = nullptr;
+    std::vector<Xml::Element*> open;
     Xml::Element* last = nullptr;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] == ' ') continue;
         if (text[i] == '(') {
-            open = last;
+            open.push_back(last);
         } else if (text[i] == ')') {
-            open = open->getParent();
+            open.pop_back();
         } else if (text[i] == '#') {
-            open->toElement()->addChild(new Xml::CharData(Xml::Entity("dtd")));
+            open.back()->addChild(new Xml::CharData(Xml::Entity("dtd")));
         } else {
             const std::size_t end = std::min(text.find_first_of(" ()#", i), text.size());
             auto element = std::make_unique<Xml::Element>(text.substr(i, end - i));
             last = element.get();
-            if (open == nullptr) {
+            i = end - 1;
+            if (open.empty()) {
                 root = std::move(element);
             } else {
-                open->toElement()->addChild(element.release());
+                open.back()->addChild(element.release());
             }
-            i = end - 1;
         }
     }
     return root;
@@ -34,6 +35,7 @@ std::unique_ptr<Xml::Element> tree(const std::string& text) {
 
 std::vector<Xml::Object*> childrenOf(Xml::Element& element) {
     std::vector<Xml::Object*> children;
+    children.reserve(static_cast<std::size_t>(element.getChildCount()));
     for (int i = 0; i < element.getChildCount(); ++i) children.push_back(element.getChild(i));
     return children;
 }
@@ -66,9 +68,8 @@ std::vector<Xml::Object*> nodesOf(Xml::Element& top) {
 }
 
 std::string bindingOf(const Xml::Object& node) {
-    const std::string found = node.isElement()
-                                  ? std::string(node.toElement()->getAttributeValue("dtd"))
-                                  : std::string(node.toCharData()->getData());
+    const std::string found = node.isElement() ? node.toElement()->getAttributeValue("dtd")
+                                               : node.toCharData()->getData();
     return found.empty() || found == "&dtd;" ? "-" : found;
 }
 
