@@ -1,0 +1,171 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "VexSys/FileIO.h"
+#include "VexXml/Readers.h"
+#include "documents/Cases.h"
+#include "support/Dump.h"
+#include "support/FileLikeInStream.h"
+#include "support/PlainInStream.h"
+#include "support/TempFolder.h"
+
+namespace {
+
+using documents::Case;
+using support::FileLikeInStream;
+using support::PlainInStream;
+
+/// Notes when a read met the end of the text.
+class WatchedInStream : public PlainInStream {
+public:
+    using PlainInStream::PlainInStream;
+
+    bool getChar(char& c) override {
+        const bool found = PlainInStream::getChar(c);
+        if (!found) mMetEnd = true;
+        return found;
+    }
+
+    bool metEnd() const { return mMetEnd; }
+
+private:
+    bool mMetEnd = false;
+};
+
+/// The same document from all kinds of streams. What is read from each is one text.
+class EveryStream : public documents::InCasesFolder {
+protected:
+    /// The answer, the message, where the stream was left, what was reported, and the document.
+    std::string readingOf(Xml::InStream& in) {
+        Xml::DocumentReader reader;
+        const bool answer = reader.parse(in);
+        std::string reading = (answer ? "true \"" : "false \"") + reader.getErrorMessage() +
+                              "\" at " + std::to_string(in.getPosition()) + ", line " +
+                              std::to_string(in.getLine()) + ", column " +
+                              std::to_string(in.getColumn()) + ", last \"" + in.getErrorMessage() +
+                              "\"\n";
+        if (reader.getDocument() != nullptr) reading += support::dump(*reader.getDocument()) + "\n";
+        for (const std::string& report : diagnostics.take()) reading += report + "\n";
+        return reading;
+    }
+
+    /// False when streams in memory disagree, which is also reported.
+    bool agreeInMemory(const std::string& text) {
+        WatchedInStream plain(text);
+        const std::string expected = readingOf(plain);
+        Xml::StringInStream string(text);
+        EXPECT_EQ(readingOf(string), expected) << testing::PrintToString(text);
+
+        std::istringstream source(text);
+        Xml::FileInStream file(&source);
+        const std::string found = readingOf(file);
+        FileLikeInStream like(text);
+        EXPECT_EQ(found, readingOf(like)) << testing::PrintToString(text);
+        // The one extra success at the end of a file shows only where the end is met: that is, not
+        // in a document that fails before it, nor in one with something behind its root.
+        if (!plain.metEnd()) {
+            EXPECT_EQ(found, expected) << testing::PrintToString(text);
+        }
+        return !HasFailure();
+    }
+
+    /// The same for streams over a file.
+    bool agreeOnDisk(const std::string& text) {
+        const std::string path = folder.write("document.xml", text);
+        PlainInStream plain(text);
+        const std::string expected = readingOf(plain);
+        Xml::FileSpecInStream named{VexSys::FileSpec(path)};
+        EXPECT_EQ(readingOf(named), expected) << testing::PrintToString(text);
+
+        VexSys::FileIO opened{VexSys::FileSpec(path)};
+        EXPECT_TRUE(opened.Open(VexSys::kFileRead));
+        Xml::FileSpecInStream given(opened);
+        EXPECT_EQ(readingOf(given), expected) << testing::PrintToString(text);
+
+        std::ifstream source;
+        Xml::FileInStream file(path, &source);
+        FileLikeInStream like(text);
+        EXPECT_EQ(readingOf(file), readingOf(like)) << testing::PrintToString(text);
+        return !HasFailure();
+    }
+
+    support::TempFolder folder;
+};
+
+struct End {
+    const char* text;
+    const char* fromString;
+    const char* fromFile;
+};
+
+// A file gives its last byte twice, and has no position afterwards. Looking at a token may clear
+// the end-of-file flag on the way, and then what is cut off is not taken for the end.
+const End kEnds[] = {
+    {"<a/><b", "true \"\" at 4, line 1, column 4, last \"\"\na()\n",
+     "true \"\" at 4, line 1, column 4, last \"\"\na()\n"},
+    {"<a/>", "true \"\" at 4, line 1, column 4, last \"Unexpected end of stream\"\na()\n",
+     "true \"\" at -1, line 1, column -1, last \"\"\na()\n"},
+    {"<a>x",
+     "false \"(line = 1, column = 4) Unexpected end of stream <Xml::ElementReader>\" at 4, line 1, "
+     "column 4, last \"Unexpected end of stream\"\n",
+     "false \"(line = 1, column = -1) Unexpected end of stream <Xml::ElementReader>\" at -1, line "
+     "1, "
+     "column -1, last \"Unexpected end of stream\"\n"},
+    {"<a/>'",
+     "true \"(line = 1, column = 5) Unexpected end of stream <Xml::DocumentReader>\" at 5, line 1, "
+     "column 5, last \"Unexpected end of stream\"\na()\n",
+     "true \"\" at -1, line 1, column -1, last \"\"\na()\n"},
+    {"<a/><!-",
+     "true \"(line = 1, column = 7) Unexpected end of stream <Xml::DocumentReader>\" at 7, line 1, "
+     "column 7, last \"Unexpected end of stream\"\na()\n",
+     "false \"(line = 1, column = -1) Unexpected end of stream <Xml::DocumentReader>\" at -1, line "
+     "1, column -1, last \"Unexpected end of stream\"\na()\n"},
+};
+
+TEST_F(EveryStream, DiffersFromAFileOnlyWhereTheEndIsMet) {
+    for (const auto& [text, fromString, fromFile] : kEnds) {
+        Xml::StringInStream string(text);
+        EXPECT_EQ(readingOf(string), fromString);
+        std::istringstream source(text);
+        Xml::FileInStream file(&source);
+        EXPECT_EQ(readingOf(file), fromFile);
+    }
+}
+
+TEST_F(EveryStream, ReadsTheSameFromEveryDocument) {
+    for (const Case& document : documents::cases()) {
+        SCOPED_TRACE(document.name);
+        agreeInMemory(document.text);
+        agreeOnDisk(document.text);
+    }
+}
+
+TEST_F(EveryStream, ReadsTheSameFromEveryDocumentCutOffAtEveryByte) {
+    for (const Case& document : documents::cases()) {
+        SCOPED_TRACE(document.name);
+        for (std::size_t size = 0; size < document.text.size(); ++size) {
+            const std::string text = document.text.substr(0, size);
+            if (!agreeInMemory(text) || !agreeOnDisk(text)) return;
+        }
+    }
+}
+
+TEST_F(EveryStream, ReadsTheSameFromEveryDocumentWithAnyByteReplaced) {
+    const std::string telling("<>&\"'\r!]x\0", 10);
+    for (const Case& document : documents::cases()) {
+        SCOPED_TRACE(document.name);
+        for (std::size_t place = 0; place < document.text.size(); ++place) {
+            std::string text = document.text;
+            for (const char byte : telling) {
+                text[place] = byte;
+                if (!agreeInMemory(text)) return;
+            }
+        }
+    }
+}
+
+}  // namespace
