@@ -19,9 +19,10 @@ constexpr const char* kStatuses =
 
 constexpr const char* kFormatNotes =
     "What the library does not keep is not written either: comments, processing\n"
-    "instructions, document type declarations with PUBLIC, and the encoding\n"
-    "declaration. Levels are indented by tabs. A file is replaced as a whole, by a\n"
-    "rename, so that it is never left half written.\n";
+    "instructions, document type declarations with PUBLIC, the encoding declaration,\n"
+    "and white space that stands alone between two tags. Levels are indented by tabs,\n"
+    "also where a line begins inside an attribute value. A file is replaced as a\n"
+    "whole, by a rename, so that it is never left half written.\n";
 
 constexpr const char* kValidateNotes =
     "Prints \"FILE: valid\" for each valid document. One without a document type\n"

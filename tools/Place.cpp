@@ -1,6 +1,9 @@
 #include "tools/Place.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "tools/Utf8.h"
 
 namespace tools {
 namespace {
@@ -8,24 +11,6 @@ namespace {
 constexpr std::size_t kLongestLine = 160;  ///< in bytes, to be shown whole
 constexpr std::size_t kShownBefore = 100;
 constexpr std::size_t kShownBehind = 50;
-
-bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
-
-// The length that the first byte of a UTF-8 sequence announces; 0 when it cannot be the first.
-std::size_t announcedLength(unsigned char first) {
-    if (first < 0x80) return 1;
-    if (first < 0xC2 || first > 0xF4) return 0;
-    return first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-}
-
-// The first character, or one byte if it does not begin a whole sequence. Needs: not empty.
-std::string_view firstCharacter(std::string_view text) {
-    const std::size_t length = announcedLength(static_cast<unsigned char>(text.front()));
-    if (length < 2 || length > text.size()) return text.substr(0, 1);
-    const bool whole = std::all_of(text.begin() + 1, text.begin() + static_cast<int>(length),
-                                   [](char byte) { return isContinuation(byte); });
-    return text.substr(0, whole ? length : 1);
-}
 
 bool isWithin(std::string_view character, std::string_view first, std::string_view last) {
     return character.size() == first.size() && character >= first && character <= last;

@@ -63,6 +63,24 @@ TEST(Format, GivesReportsOfTheLibraryAsWarnings) {
     EXPECT_EQ(outcome.err.substr(0, 13), "-: warning: <") << outcome;
 }
 
+// A document, and whether it is written in UTF-8.
+const std::pair<const char*, bool> kEncodings[] = {
+    {"<a>\xC3\xB6</a>", true},  {"<a>&#246;</a>", true}, {"<a x='\xC3\xB6'/>", true},
+    {"<a>\xF6</a>", false},     {"<a>\xC3</a>", false},  {"<a>\xE2\x82</a>", false},
+    {"<a x='&#246;'/>", false},
+};
+
+TEST(Format, WarnsOfTextThatIsNotUtf8) {
+    for (const auto& [document, isUtf8] : kEncodings) {
+        SCOPED_TRACE(document);
+        EXPECT_EQ(Workplace().run("vexxml format -o b.xml -", document),
+                  (Outcome{0, "",
+                           isUtf8 ? ""
+                                  : "-: warning: what is written is not UTF-8, and no encoding is "
+                                    "declared in it\n"}));
+    }
+}
+
 TEST(Format, WritesToTheNamedFile) {
     const Workplace place;
     place.write("a.xml", "<a />");
