@@ -25,7 +25,6 @@ bool BufferedFile::open(const std::string& path, Mode mode) {
     if (!close()) return false;
     mBuffer.resize(kBufferSize);
     mPosition = mStart = 0;
-    mFilled = mAsked = mPending = 0;
     mLostBytes = false;
     mError.clear();
     mMode = mode;

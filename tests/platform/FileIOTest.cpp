@@ -384,6 +384,7 @@ TEST_F(FullDisk, FailsToOpenAgainWhenThatLosesBytes) {
     EXPECT_FALSE(mFile.IsOpened());
     EXPECT_EQ(mFile.GetError(), std::errc::no_space_on_device);
     EXPECT_TRUE(mFile.Open(kFileRead));
+    EXPECT_TRUE(mFile.Close());
 }
 
 TEST_F(FullDisk, LosesNothingWhenNothingIsWritten) {
