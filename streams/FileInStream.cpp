@@ -11,15 +11,15 @@
 namespace Xml {
 namespace {
 
-// Opens the file and reports one that cannot be opened. A folder can be opened like a file on some
-// systems, and only reading it fails.
+// Opens the file and reports one that cannot be opened. Only regular files can: a folder fails when
+// it is read, a device may never end, and a pipe cannot be read again where the lexer looked ahead.
 bool open(std::ifstream& file, const std::string& path) {
     if (file.is_open()) file.close();
     std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
-        file.setstate(std::ios_base::failbit);
-    } else {
+    if (std::filesystem::is_regular_file(path, ignored)) {
         file.open(path, std::ios_base::in | std::ios_base::binary);
+    } else {
+        file.setstate(std::ios_base::failbit);
     }
     if (file.is_open()) return true;
     Message("<Xml::FileInStream::FileInStream> Could not open file: " + path);
@@ -106,7 +106,7 @@ int FileInStream::getPosition() const {
 void FileInStream::setPosition(int position) {
     constexpr std::streamoff kShort = 64;
     if (mStream == nullptr) return;
-    if (mStream->good()) {
+    if (mStream->good() && position >= 0) {
         const std::streamoff count = std::streamoff{mStream->tellg()} - position;
         if (count >= 0 && count <= kShort && stepsBack(*mStream->rdbuf(), count)) return;
     }

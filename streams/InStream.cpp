@@ -1,5 +1,6 @@
-#include "VexXml/Streams.h"
+#include <utility>
 
+#include "VexXml/Streams.h"
 #include "streams/TokenReader.h"
 
 namespace Xml {
@@ -14,10 +15,19 @@ bool isQuote(char c) { return c == '"' || c == '\''; }
 
 InStream::InStream() = default;
 InStream::InStream(const InStream&) = default;
-InStream::InStream(InStream&&) noexcept = default;
 InStream& InStream::operator=(const InStream&) = default;
-InStream& InStream::operator=(InStream&&) noexcept = default;
 InStream::~InStream() = default;
+
+InStream::InStream(InStream&& other) noexcept { *this = std::move(other); }
+
+InStream& InStream::operator=(InStream&& other) noexcept {
+    if (this == &other) return *this;
+    mErrorMessage = std::exchange(other.mErrorMessage, {});
+    mLineStarts = std::exchange(other.mLineStarts, {});
+    mAfterCR = std::exchange(other.mAfterCR, false);
+    mParseBuffer = std::exchange(other.mParseBuffer, {});
+    return *this;
+}
 
 // Only a line end behind a carriage return starts a counted line. Deliberate: it makes lines and
 // columns of CR LF text come out as callers compare them.
@@ -66,9 +76,11 @@ bool InStream::getString(std::string& quoted) {
     return true;
 }
 
+// What is expected may be the error text, which reading changes.
 bool InStream::checkToken(const std::string& expected) {
+    const std::string wanted = expected;
     mParseBuffer.clear();
-    return checkTokenInParseBuffer(expected.data(), static_cast<int>(expected.size()));
+    return checkTokenInParseBuffer(wanted.data(), static_cast<int>(wanted.size()));
 }
 
 // As many bytes as `until` has are read before the first comparison, so what stands in the buffer

@@ -9,15 +9,15 @@ bool isDelimiter(char c) { return c != 0 && std::strchr("(),><=\"'[]*+?!|/\\", c
 
 }  // namespace
 
-InStream::TokenReader::TokenReader(InStream& in) : mIn(in) {}
+TokenReader::TokenReader(InStream& in) : mIn(in) {}
 
-bool InStream::TokenReader::read() { return finish(startToken()); }
+bool TokenReader::read() { return finish(startToken()); }
 
-bool InStream::TokenReader::readMarkup() { return finish(startMarkup()); }
+bool TokenReader::readMarkup() { return finish(startMarkup()); }
 
 // Invariant: every opener in `mOpen` waits for the token that `outcome` is about, or for one that
 // waits itself.
-bool InStream::TokenReader::finish(Outcome outcome) {
+bool TokenReader::finish(Outcome outcome) {
     for (;;) {
         if (outcome.state == Outcome::State::AwaitsToken) {
             outcome = startToken();
@@ -32,7 +32,7 @@ bool InStream::TokenReader::finish(Outcome outcome) {
 }
 
 // Token, as far as it can be told without looking ahead behind "<?" and "<!"
-InStream::TokenReader::Outcome InStream::TokenReader::startToken() {
+TokenReader::Outcome TokenReader::startToken() {
     mIn.eatWhite();
     char c = 0;
     if (!mIn.get(c)) return failedAtEnd();
@@ -53,12 +53,14 @@ InStream::TokenReader::Outcome InStream::TokenReader::startToken() {
     }
 }
 
-InStream::TokenReader::Outcome InStream::TokenReader::readString() {
-    if (!mIn.getStringInParseBuffer()) return failedAtEnd();
+TokenReader::Outcome TokenReader::readString() {
+    if (!mIn.getStringInParseBuffer()) {
+        return {Outcome::State::Failed, {LeftBehind::Text::AsItIs}};
+    }
     return {Outcome::State::Complete, {}};
 }
 
-InStream::TokenReader::Outcome InStream::TokenReader::readReference() {
+TokenReader::Outcome TokenReader::readReference() {
     char c = '&';
     do {
         if (!mIn.get(c)) return failedAtEnd();
@@ -67,7 +69,7 @@ InStream::TokenReader::Outcome InStream::TokenReader::readReference() {
     return {Outcome::State::Complete, {}};
 }
 
-InStream::TokenReader::Outcome InStream::TokenReader::readSlash() {
+TokenReader::Outcome TokenReader::readSlash() {
     char c = '/';
     if (!mIn.get(c)) return {Outcome::State::Complete, {LeftBehind::Text::EndOfStream}};
     if (c == '>') {
@@ -78,7 +80,7 @@ InStream::TokenReader::Outcome InStream::TokenReader::readSlash() {
     return {Outcome::State::Complete, {}};
 }
 
-InStream::TokenReader::Outcome InStream::TokenReader::readRest(char first) {
+TokenReader::Outcome TokenReader::readRest(char first) {
     if (isDelimiter(first)) return {Outcome::State::Complete, {}};
     for (char c = first; mIn.get(c); mIn.mParseBuffer += c) {
         if (isDelimiter(c) || isWhite(c)) {
@@ -90,7 +92,7 @@ InStream::TokenReader::Outcome InStream::TokenReader::readRest(char first) {
 }
 
 // "</" | "<?" … | "<!" … | "<"
-InStream::TokenReader::Outcome InStream::TokenReader::startMarkup() {
+TokenReader::Outcome TokenReader::startMarkup() {
     char c = 0;
     if (!mIn.get(c)) return {Outcome::State::Complete, {LeftBehind::Text::EndOfStream}};
     if (c != '/' && c != '?' && c != '!') {
@@ -104,7 +106,7 @@ InStream::TokenReader::Outcome InStream::TokenReader::startMarkup() {
     return {Outcome::State::AwaitsToken, {}};
 }
 
-InStream::TokenReader::Outcome InStream::TokenReader::resume(const Outcome& token) {
+TokenReader::Outcome TokenReader::resume(const Outcome& token) {
     Opener& opener = mOpen.back();
     switch (opener.awaits) {
         case Opener::Awaits::Target:
@@ -122,8 +124,7 @@ InStream::TokenReader::Outcome InStream::TokenReader::resume(const Outcome& toke
 }
 
 // "<?" and a name that ends in "xml", or "<?" alone
-InStream::TokenReader::Outcome InStream::TokenReader::resumeTarget(Opener& opener,
-                                                                   const Outcome& token) {
+TokenReader::Outcome TokenReader::resumeTarget(Opener& opener, const Outcome& token) {
     const auto start = static_cast<std::size_t>(opener.behindOpener.second);
     const std::string target = mIn.mParseBuffer.substr(start);
     const bool named = isName(target);
@@ -131,12 +132,11 @@ InStream::TokenReader::Outcome InStream::TokenReader::resumeTarget(Opener& opene
     mIn.RestorePosition(opener.behindOpener);
     if (named) return {Outcome::State::Complete, token.left};
     mIn.mErrorMessage = "not a name: " + target;
-    return {Outcome::State::Complete, {LeftBehind::Text::NotATarget}};
+    return {Outcome::State::Complete, {LeftBehind::Text::AsItIs}};
 }
 
 // "<!" and a name, or else "<!" and a token that is looked at once more
-InStream::TokenReader::Outcome InStream::TokenReader::resumeDeclaration(Opener& opener,
-                                                                        const Outcome& token) {
+TokenReader::Outcome TokenReader::resumeDeclaration(Opener& opener, const Outcome& token) {
     const auto start = static_cast<std::size_t>(opener.behindOpener.second);
     const std::size_t size = mIn.mParseBuffer.size() - start;
     if (isName(mIn.mParseBuffer.data() + start, static_cast<int>(size))) {
@@ -146,7 +146,7 @@ InStream::TokenReader::Outcome InStream::TokenReader::resumeDeclaration(Opener& 
     const int end = mIn.getPosition();
     if (rewindsTo(opener.behindOpener.first)) {
         noteLineStartAt(opener.behindOpener.first);
-        mIn.setPosition(end);
+        if (endsWith("[")) mIn.setPosition(end);
         return resumeBracket(opener, token);
     }
     // A stream that cannot go back, as a file stream at its end, reads on from where it is.
@@ -156,8 +156,7 @@ InStream::TokenReader::Outcome InStream::TokenReader::resumeDeclaration(Opener& 
 }
 
 // "<!" and a token that ends with "[", or else "<!--" or "<!"
-InStream::TokenReader::Outcome InStream::TokenReader::resumeBracket(Opener& opener,
-                                                                    const Outcome& token) {
+TokenReader::Outcome TokenReader::resumeBracket(Opener& opener, const Outcome& token) {
     if (token.left.text != LeftBehind::Text::None) opener.left = token.left;
     const bool complete = token.state == Outcome::State::Complete;
     if (!complete || !endsWith("[")) {
@@ -173,8 +172,7 @@ InStream::TokenReader::Outcome InStream::TokenReader::resumeBracket(Opener& open
     return {Outcome::State::AwaitsToken, {}};
 }
 
-InStream::TokenReader::Outcome InStream::TokenReader::resumeCData(Opener& opener,
-                                                                  const Outcome& token) {
+TokenReader::Outcome TokenReader::resumeCData(Opener& opener, const Outcome& token) {
     if (token.state != Outcome::State::Complete) return refuseCData(opener, token.left);
     if (!endsWith("CDATA")) return refuseCData(opener, {LeftBehind::Text::CDataExpected});
     if (token.left.text != LeftBehind::Text::None) opener.left = token.left;
@@ -182,8 +180,7 @@ InStream::TokenReader::Outcome InStream::TokenReader::resumeCData(Opener& opener
     return {Outcome::State::AwaitsToken, {}};
 }
 
-InStream::TokenReader::Outcome InStream::TokenReader::resumeSecondBracket(Opener& opener,
-                                                                          const Outcome& token) {
+TokenReader::Outcome TokenReader::resumeSecondBracket(Opener& opener, const Outcome& token) {
     if (token.state != Outcome::State::Complete) return refuseCData(opener, token.left);
     if (!endsWith("[")) return refuseCData(opener, {LeftBehind::Text::BracketExpected});
     if (token.left.text != LeftBehind::Text::None) opener.left = token.left;
@@ -192,14 +189,14 @@ InStream::TokenReader::Outcome InStream::TokenReader::resumeSecondBracket(Opener
 
 // The token ends with its first "[". Openers around it come to the same place next, so what was
 // found there is kept for them.
-InStream::TokenReader::Outcome InStream::TokenReader::refuseCData(Opener& opener, LeftBehind left) {
+TokenReader::Outcome TokenReader::refuseCData(Opener& opener, LeftBehind left) {
     mIn.RestorePosition(opener.behindBracket);
     mRefusedAt = opener.behindBracket.first;
     mRefusal = left;
     return {Outcome::State::Complete, left};
 }
 
-InStream::TokenReader::Outcome InStream::TokenReader::readDashes(Opener& opener) {
+TokenReader::Outcome TokenReader::readDashes(Opener& opener) {
     char c = 0;
     mIn.RestorePosition(opener.behindOpener);
     for (int dashes = 0; dashes < 2; ++dashes) {
@@ -213,32 +210,32 @@ InStream::TokenReader::Outcome InStream::TokenReader::readDashes(Opener& opener)
     return {Outcome::State::Complete, opener.left};
 }
 
-bool InStream::TokenReader::rewindsTo(int position) {
+bool TokenReader::rewindsTo(int position) {
     mIn.setPosition(position);
-    return mIn.getPosition() == position;
+    return position >= 0 && mIn.getPosition() == position;
 }
 
 // Stands for reading a token again: of all its bytes, only the first may follow another byte than
 // it did the first time.
-void InStream::TokenReader::noteLineStartAt(int position) {
+void TokenReader::noteLineStartAt(int position) {
     if (!mIn.mAfterCR) return;
     mIn.setPosition(position);
     char c = 0;
     if (mIn.getChar(c) && (c == '\r' || c == '\n')) mIn.mLineStarts.add(mIn.getPosition());
 }
 
-InStream::TokenReader::Outcome InStream::TokenReader::failedAtEnd() const {
+TokenReader::Outcome TokenReader::failedAtEnd() const {
     return {Outcome::State::Failed, {LeftBehind::Text::EndOfStream}};
 }
 
-bool InStream::TokenReader::endsWith(std::string_view text) const {
+bool TokenReader::endsWith(std::string_view text) const {
     return mIn.CheckParseBufferEnd(text.data(), static_cast<int>(text.size()));
 }
 
-void InStream::TokenReader::setErrorText(const LeftBehind& left) {
+void TokenReader::setErrorText(const LeftBehind& left) {
     switch (left.text) {
         case LeftBehind::Text::None:
-        case LeftBehind::Text::NotATarget:
+        case LeftBehind::Text::AsItIs:
             break;
         case LeftBehind::Text::EndOfStream:
             mIn.mErrorMessage = "Unexpected end of stream";

@@ -19,7 +19,7 @@ namespace Xml {
 ///
 /// Bytes that one step of the lexer reads go into one variable: where a file stream succeeds once
 /// more at its end, the step sees its previous byte again, and callers know the resulting tokens.
-class InStream::TokenReader {
+class TokenReader {
 public:
     explicit TokenReader(InStream& in);
 
@@ -35,7 +35,7 @@ private:
             None,             ///< none was set
             EndOfStream,      ///< the stream's own text
             NotAName,         ///< `begin` and `size` tell which bytes of the parse buffer are meant
-            NotATarget,       ///< the same behind "<?"; the stream has the whole text
+            AsItIs,           ///< the one that the stream has
             BracketExpected,  ///< "[" was
             CDataExpected     ///< "CDATA" was
         };

@@ -26,8 +26,12 @@ namespace Xml {
 /// A derived class supplies the bytes: `getChar`, `getPosition`, `setPosition` and `eof`. Positions
 /// are byte offsets from 0 and name the next byte to be read.
 ///
-/// Operations that answer false leave the reason in `getErrorMessage()`. A success leaves the text
-/// of an earlier failure there, and looking ahead may put one there on the way to a success.
+/// Needs: moving back must bring the same bytes again, as the lexer looks ahead. Over a source that
+/// cannot tell or change its position, a pipe say, only `get`, `skip` and `getChar` work.
+///
+/// Operations that answer false leave the reason in `getErrorMessage()` and their argument as it
+/// was. A success leaves the text of an earlier failure there, and looking ahead may put one there
+/// on the way to a success.
 ///
 /// Lines: only a carriage return, or a line feed, that follows a carriage return starts a line that
 /// is counted. Text with plain line feeds is one line.
@@ -51,7 +55,7 @@ public:
     /// "<?xml", "<!NAME"; a quoted string, quotes included; "&" up to ";"; a single delimiter; or
     /// anything else up to the next delimiter or white space.
     bool getToken(std::string& token);
-    /// Reads a token that must be a name. One that is not is read all the same, and `name` is kept.
+    /// Reads a token that must be a name. One that is not is read all the same.
     bool getName(std::string& name);
     /// Reads a string between double or single quotes, and gives it with them.
     bool getString(std::string& quoted);
@@ -63,10 +67,11 @@ public:
     /// failure stays in `text`.
     bool getCharData(DataHolder& text);
 
-    /// The line of the current position, counted from 1: that of the line start at just this
-    /// position, or else the number of line starts known.
+    /// The line of the current position: at a line start, that line's number, counted from 1; else
+    /// the number of line starts known, or 1 when there is none.
     int getLine() const;
-    /// The distance of the current position from the last known line start in front of it.
+    /// How far the current position is behind a line start: the one found just before the first
+    /// that is not in front of the position. Without one, the position itself.
     int getColumn() const;
     const std::string& getErrorMessage() const;
 
@@ -95,7 +100,7 @@ private:
         std::unordered_map<int, int> mOthers;  ///< where in `mFound` each other entry is
     };
 
-    class TokenReader;
+    friend class TokenReader;
 
     bool getTokenInParseBuffer();
     bool getTokenltInParseBuffer();
@@ -177,7 +182,8 @@ private:
 class VEXXML_API FileInStream : public InStream {
 public:
     /// Opens `path` in `*file`, closing what was open there, and closes it when destroyed. A file
-    /// that cannot be opened is reported as a `Message`, and every read fails.
+    /// that cannot be opened is reported as a `Message`, and every read fails; so does what is not
+    /// a regular file. Null reads as empty.
     FileInStream(const std::string& path, std::ifstream* file);
     /// Reads the stream as it is, from where it stands, and never closes it.
     explicit FileInStream(std::istream* stream);
@@ -205,7 +211,7 @@ private:
 
 /// Writes a standard output stream, usually a file, which stays its owner's.
 ///
-/// Whether writing succeeded is to be asked of the standard stream.
+/// Whether writing succeeded is to be asked of the standard stream: `isValid` is always true.
 class VEXXML_API FileOutStream : public OutStream {
 public:
     /// Opens `path` in `*file` for writing from its start, dropping what it held, and closes it
