@@ -57,8 +57,8 @@ public:
     unsigned char ReadUInt8();
     /// Required. Writes one byte; false when it is known not to have been written.
     bool WriteUInt8(unsigned char byte);
-    /// Required. Moves to `offset`, which may lie behind the end; false when it is negative, the file
-    /// is not open, or buffered bytes could not be written.
+    /// Required. Moves to `offset`, which may lie behind the end; false when it is negative, the
+    /// file is not open, or buffered bytes could not be written.
     bool Seek(std::int64_t offset, FileSeekMode mode);
 
     /// Hands buffered bytes to the operating system; false when a byte was lost.
@@ -94,8 +94,8 @@ public:
 
 namespace FileSpecFunctions {
 
-/// Required. Creates an empty file, or empties the one that is there; false when it cannot. `type` is
-/// a four-character code such as 0x54455854 ("TEXT"), for platforms whose files carry one.
+/// Required. Creates an empty file, or empties the one that is there; false when it cannot. `type`
+/// is a four-character code such as 0x54455854 ("TEXT"), for platforms whose files carry one.
 VEXSYS_API bool CreateFile(const FileSpec& spec, std::uint32_t type);
 
 }  // namespace FileSpecFunctions

@@ -34,7 +34,8 @@ public:
     DataHolder& operator=(DataHolder&& other) noexcept;
     ~DataHolder();
 
-    /// Appends the first `count` bytes, which may lie inside this text; none when `count` is below 1.
+    /// Appends the first `count` bytes, which may lie inside this text; none when `count` is
+    /// below 1.
     void append(const char* bytes, int count);
     DataHolder& push(char byte);
     /// Removes the last byte. Needs: not empty; an empty holder throws `std::length_error`.
@@ -45,8 +46,8 @@ public:
     int getSize() const;
     bool isEmpty() const;
 
-    /// Makes room for `size` bytes and returns true. A size below the present length changes nothing;
-    /// one below 16 gives grown storage back.
+    /// Makes room for `size` bytes and returns true. A size below the present length changes
+    /// nothing; one below 16 gives grown storage back.
     bool reserve(std::uint64_t size);
     /// Cuts the text, or extends it with NULs. True when the length is now `size`.
     bool setSize(std::uint64_t size);
@@ -96,8 +97,8 @@ VEXXML_API std::string toString(double number);
 VEXXML_API int setFloatPrecision(int digits);
 VEXXML_API int getFloatPrecision();
 
-/// Replaces every reference in the text, such as "&lt;", "&#65;" or "&#x41;", by what it stands for.
-/// Returns the text.
+/// Replaces every reference in the text, such as "&lt;", "&#65;" or "&#x41;", by what it stands
+/// for. Returns the text.
 ///
 /// Entities beyond the predefined five are looked up in `dtd`, which may be null. What is unknown
 /// stays, and replacements are not searched again. An "&" without a ";" takes the rest of the text
@@ -107,7 +108,8 @@ VEXXML_API DataHolder& replaceEntities(DataHolder& text, const Dtd* dtd);
 VEXXML_API DataHolder& insertStdEntities(DataHolder& text);
 /// The text with its special characters as references, between double quotes.
 VEXXML_API std::string toXmlString(const DataHolder& text);
-/// What the reference `name` (without "&" and ";") stands for, or that reference when it is unknown.
+/// What the reference `name` (without "&" and ";") stands for, or that reference when it is
+/// unknown.
 VEXXML_API DataHolder getEntityValue(const std::string& name, const Dtd* dtd);
 /// The name under which the text can be written as a reference, or the text when it has none.
 VEXXML_API std::string getEntityName(const DataHolder& value, const Dtd* dtd);
@@ -127,9 +129,9 @@ public:
 
     /// Makes `text` the last message and hands it to the handler.
     explicit Message(const std::string& text);
-    /// Formats in the manner of `printf`. The last message becomes `format` itself; the handler gets
-    /// the formatted text behind one byte that holds its length modulo 256 (255 if it could not be
-    /// formatted).
+    /// Formats in the manner of `printf`. The last message becomes `format` itself; the handler
+    /// gets the formatted text behind one byte that holds its length modulo 256 (255 if it could
+    /// not be formatted).
     explicit Message(const char* format, ...);
 
     /// Needs: not null. At first texts go to the standard error stream, one on a line.

@@ -32,8 +32,8 @@ void openElement(const Xml::Element& element, std::string& out) {
     out += element.getName() + '(';
     for (int i = 0; i < element.getAttributeCount(); ++i) {
         if (i > 0) out += ' ';
-        out += element.getAttribute(i)->getName() + '=' +
-               quoted(element.getAttribute(i)->getValue());
+        out +=
+            element.getAttribute(i)->getName() + '=' + quoted(element.getAttribute(i)->getValue());
     }
 }
 

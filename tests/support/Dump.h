@@ -13,7 +13,8 @@ std::string written(Xml::Object& node);
 /// `a(x="1" "text" b())`. Bytes outside printable ASCII, quotes and backslashes appear as \xNN.
 std::string dump(const Xml::Element& element);
 
-/// The same of a document, behind what its DTD is written as: `doctype... a()`; "no root" without one.
+/// The same of a document, behind what its DTD is written as: `doctype... a()`; "no root" without
+/// one.
 std::string dump(Xml::Document& document);
 
 /// A chain of `depth` elements named "e" inside one another, owned by the caller.
