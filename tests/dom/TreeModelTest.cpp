@@ -706,7 +706,7 @@ std::string Play::difference(const Node& node) {
 std::string Play::difference() {
     if (!mDifference.empty()) return mDifference;
     for (const auto& node : mNodes) {
-        const std::string found = difference(*node);
+        std::string found = difference(*node);
         if (!found.empty()) return found;
     }
     return "";
@@ -719,7 +719,7 @@ std::string firstDifference(Steps& steps, std::string* story = nullptr) {
     Play play;
     for (std::size_t i = 0; i < steps.size(); ++i) {
         play.step(steps[i]);
-        const std::string difference = play.difference();
+        std::string difference = play.difference();
         if (difference.empty()) continue;
         steps.resize(i + 1);
         if (story != nullptr) *story = play.story();

@@ -73,11 +73,17 @@ TEST(WideTree, LosesEveryTextBetweenElements) {
     EXPECT_EQ(top.getChildCount(), kCount / 2 + 1);
 }
 
+TEST(WideTree, IsTakenApartFromItsEnd) {
+    Xml::Element top = withChildren("b");
+    for (int i = kCount - 1; i >= 0; --i) delete top.extractChild(i);
+    EXPECT_EQ(top.getChildCount(), 0);
+}
+
 TEST(WideTree, IsCopiedAssignedAndSearched) {
     Xml::Element top = withChildren("b");
-    const Xml::Element copy(top);
     Xml::Element assigned("z");
-    assigned = copy;
+    assigned = Xml::Element(top);
+    assigned = top;
     std::vector<Xml::Element*> found;
     assigned.findAllElements("b", found);
     EXPECT_EQ(found.size(), static_cast<std::size_t>(kCount));
