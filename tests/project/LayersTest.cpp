@@ -79,7 +79,7 @@ TEST(Layers, NoFolderIncludesAHigherOne) {
         for (const std::string& file : files) {
             for (const std::string& included : includesOf(file)) {
                 if (isAllowed(included, allowed) || isException(file, included)) continue;
-                wrong += file + " includes " + included + '\n';
+                wrong.append(file).append(" includes ").append(included) += '\n';
             }
         }
     }

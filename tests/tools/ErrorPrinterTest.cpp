@@ -32,11 +32,15 @@ TEST(ErrorPrinter, ShowsTheLineAndTheTextOfTheLibrary) {
     }
 }
 
-// With each kind of line end, the faulty end tag stands in line 4, column 6.
+// A document with a faulty end tag in line 4, column 5, and each kind of line end.
+const char* const kDocuments[] = {
+    "<a>\n\n<b>\n\t</c>\n</a>\n",
+    "<a>\r\n\r\n<b>\r\n\t</c>\r\n</a>\r\n",
+    "<a>\r\r<b>\r\t</c>\r</a>\r",
+};
+
 TEST(ErrorPrinter, CountsLinesOverEveryKindOfLineEnd) {
-    for (const std::string end : {"\n", "\r\n", "\r"}) {
-        std::string document = "<a>";
-        document += end + end + "<b>" + end + "\t</c>" + end + "</a>" + end;
+    for (const char* document : kDocuments) {
         EXPECT_EQ(Workplace().run("vexxml format -", document),
                   (Outcome{1, "", "-:4:5: error: \"b\" expected\n\t</c>\n\t   ^\n"}));
     }
@@ -116,21 +120,20 @@ TEST(ErrorPrinter, CutsALongText) {
                                name.substr(0, 100) + ">\n" + std::string(103, ' ') + "^\n");
 }
 
-// Lines of this length are shown whole, longer ones around the place.
-TEST(ErrorPrinter, CutsALongLineAroundThePlace) {
-    const std::string front = "<a>";
-    for (const std::size_t length : {160U, 161U}) {
-        const std::string text(100, 'x');
-        const std::string tail(length - 107, 'y');
-        const bool isCut = length > 160;
-        const std::string shown =
-            isCut ? "..." + text.substr(0, 97) + "</b>" + tail.substr(0, 49) + "..."
-                  : front + text + "</b>" + tail;
-        const std::size_t place = isCut ? 103 : 106;
-        const Outcome outcome = Workplace().run("vexxml format -", front + text + "</b>" + tail);
-        EXPECT_EQ(outcome.err, "-:1:107: error: \"a\" expected\n" + shown + "\n" +
-                                   std::string(place, ' ') + "^\n");
-    }
+const std::string kXs(100, 'x');
+const std::string kYs(54, 'y');
+
+TEST(ErrorPrinter, ShowsALineOf160BytesWhole) {
+    const std::string line = "<a>" + kXs + "</b>" + kYs.substr(1);
+    EXPECT_EQ(Workplace().run("vexxml format -", line).err,
+              "-:1:107: error: \"a\" expected\n" + line + '\n' + std::string(106, ' ') + "^\n");
+}
+
+TEST(ErrorPrinter, CutsALongerLineAroundThePlace) {
+    const std::string line = "<a>" + kXs + "</b>" + kYs;
+    EXPECT_EQ(Workplace().run("vexxml format -", line).err,
+              "-:1:107: error: \"a\" expected\n..." + kXs.substr(3) + "</b>" + kYs.substr(5) +
+                  "...\n" + std::string(103, ' ') + "^\n");
 }
 
 TEST(ErrorPrinter, CutsALongLineBetweenCharacters) {
