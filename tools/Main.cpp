@@ -26,7 +26,8 @@ constexpr const char* kFormatNotes =
 
 constexpr const char* kValidateNotes =
     "Prints \"FILE: valid\" for each valid document. One without a document type\n"
-    "declaration, or with a PUBLIC one, is valid when it is well-formed. All files are\n"
+    "declaration, or with a PUBLIC one, is valid when it is well-formed. With --dtd the\n"
+    "document's own declaration is still read, but need not be kept to. All files are\n"
     "tried; the worst one decides the exit status.\n";
 
 constexpr const char* kDtdNotes =
