@@ -28,7 +28,7 @@ using reading::read;
 std::string modelOf(const std::string& input) {
     Xml::Dtd dtd("d");
     Xml::ChildrenSpecReader reader(&dtd);
-    const std::string outcome = read(reader, input + ">");
+    std::string outcome = read(reader, input + ">");
     if (outcome != "true at " + std::to_string(input.size())) return outcome;
     const std::unique_ptr<Xml::ChildrenSpec> model(reader.extractChildrenSpec());
     return reading::written(*model);

@@ -38,7 +38,7 @@ const char* const kClass = "Xml::DocumentReader";
 /// What `read` tells, and the document that is there afterwards.
 std::string documentOf(const std::string& input) {
     Xml::DocumentReader reader;
-    const std::string outcome = read(reader, input);
+    std::string outcome = read(reader, input);
     if (reader.getDocument() == nullptr) return outcome;
     return outcome + ": " + support::dump(*reader.getDocument());
 }

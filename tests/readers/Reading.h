@@ -48,7 +48,7 @@ inline std::string written(const Xml::ContentSpec& model) {
 
 /// What `read` gives for the failure when the message is the reader's own.
 inline std::string outcomeOf(const Failure& failure, const std::string& className) {
-    const std::string outcome = "false at " + std::to_string(failure.position);
+    std::string outcome = "false at " + std::to_string(failure.position);
     if (failure.text == nullptr) return outcome;
     return outcome + " " + messageAt(failure.position, failure.text, className);
 }

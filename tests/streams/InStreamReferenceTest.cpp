@@ -93,7 +93,7 @@ bool perform(Lexer& lexer, const Operation& operation, std::string& text) {
         case Kind::CharData: {
             Xml::DataHolder data;
             const bool answer = lexer.getCharData(data);
-            text = std::string(data);
+            text = static_cast<std::string>(data);
             return answer;
         }
         default:

@@ -235,8 +235,8 @@ TEST(InStreamTokens, SeventeenBytesDelimitWords) {
 TEST(InStreamTokens, DelimitersThatBeginNothingLongerStandAlone) {
     for (const char delimiter : kDelimiters) {
         if (std::string("\"'</").find(delimiter) != std::string::npos) continue;
-        const std::string alone(1, delimiter);
-        EXPECT_EQ(tokensOf(alone + alone + "a"), alone + "|" + alone + "|a");
+        const std::string tokens{delimiter, '|', delimiter, '|', 'a'};
+        EXPECT_EQ(tokensOf({delimiter, delimiter, 'a'}), tokens);
     }
 }
 
