@@ -26,7 +26,6 @@ ChildrenSpec& ChildrenSpec::operator=(const ChildrenSpec& other) {
 }
 
 ChildrenSpec& ChildrenSpec::operator=(ChildrenSpec&& other) noexcept {
-    if (this == &other) return *this;
     // The old particle dies last: `other` may be below it.
     const std::unique_ptr<CpSpec> old = std::exchange(mCp, std::exchange(other.mCp, nullptr));
     mRep = std::exchange(other.mRep, RepOnce);

@@ -23,7 +23,6 @@ ChoiceSpec::ChoiceSpec(ChoiceSpec&& other) noexcept
 ChoiceSpec& ChoiceSpec::operator=(const ChoiceSpec& other) { return *this = ChoiceSpec(other); }
 
 ChoiceSpec& ChoiceSpec::operator=(ChoiceSpec&& other) noexcept {
-    if (this == &other) return *this;
     // The old choices die last: `other` may be below them.
     const ParticleList old = std::exchange(mChoices, std::exchange(other.mChoices, {}));
     mCharDataAsChoice = std::exchange(other.mCharDataAsChoice, false);

@@ -19,7 +19,6 @@ SeqSpec::SeqSpec(SeqSpec&& other) noexcept : CpSpec(other), mItems(std::move(oth
 SeqSpec& SeqSpec::operator=(const SeqSpec& other) { return *this = SeqSpec(other); }
 
 SeqSpec& SeqSpec::operator=(SeqSpec&& other) noexcept {
-    if (this == &other) return *this;
     // The old items die last: `other` may be below them.
     const ParticleList old = std::exchange(mItems, std::exchange(other.mItems, {}));
     CpSpec::operator=(other);

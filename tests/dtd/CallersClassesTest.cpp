@@ -191,6 +191,75 @@ TEST_F(CallersClasses, MayBuildOnTheClassesOfTheLibrary) {
     EXPECT_FALSE(model.validate(&children));
 }
 
+// A name that stands for every element.
+class AnyName : public Xml::NameSpec {
+public:
+    explicit AnyName(Xml::Dtd* dtd) : NameSpec(dtd, "any") {}
+    bool validate(std::queue<Xml::Object*>* pending) const override {
+        if (pending->empty() || !pending->front()->isElement()) return false;
+        pending->pop();
+        return true;
+    }
+    void toStream(Xml::OutStream& out, bool /*parenthesise*/) const override { out << "ANY"; }
+    CpSpec* clone(Xml::Dtd* newDtd) const override { return new AnyName(newDtd); }
+};
+
+// A choice that tries none of its alternatives.
+class NoChoice : public Xml::ChoiceSpec {
+public:
+    using ChoiceSpec::ChoiceSpec;
+    bool validate(std::queue<Xml::Object*>* pending) const override {
+        return Xml::ChoiceSpec(nullptr).validate(pending);
+    }
+    void toStream(Xml::OutStream& out, bool /*parenthesise*/) const override { out << "NONE"; }
+    CpSpec* clone(Xml::Dtd* newDtd) const override { return new NoChoice(newDtd); }
+};
+
+TEST_F(CallersClasses, MayReplaceTheRulesOfNamesAndChoices) {
+    auto* list = new Xml::ChoiceSpec(&mDtd);
+    auto* none = new NoChoice(&mDtd);
+    none->addChoice("a", Xml::RepOnce);
+    list->addChoice(none, Xml::RepOnce);
+    list->addChoice(new AnyName(&mDtd), Xml::RepOnce);
+    const Xml::ChildrenSpec model(&mDtd, list, Xml::RepOneOrMore);
+    EXPECT_EQ(textOf(model), "(NONE | ANY)+");
+    EXPECT_EQ(textOf(Xml::ChildrenSpec(model)), "(NONE | ANY)+");
+    mDtd.addElementDecl("p", new Xml::ChildrenSpec(model));
+    EXPECT_TRUE(accepts("p(unknown a)"));
+    EXPECT_FALSE(accepts("p(unknown #)"));
+    mDtd.addElementDecl("q", new NoChoice(*none), Xml::RepOnce);
+    EXPECT_FALSE(accepts("q(a)"));
+}
+
+// Notes the DTD it is cloned for.
+class NotedNode : public Xml::ChildrenSpec {
+public:
+    NotedNode(Xml::Dtd* dtd, Xml::Dtd*& noted)
+        : ChildrenSpec(dtd, "a", Xml::RepOnce), mNoted(noted) {}
+    ChildrenSpec* clone(Xml::Dtd* newDtd) const override {
+        mNoted = newDtd;
+        return ChildrenSpec::clone(newDtd);
+    }
+
+private:
+    Xml::Dtd*& mNoted;
+};
+
+TEST_F(CallersClasses, AreClonedForTheDtdTheyBelongToWhenTheirListIsCopied) {
+    Xml::Dtd other("other");
+    Xml::Dtd* noted = nullptr;
+    auto* node = new NotedNode(&other, noted);
+    Xml::SeqSpec sequence(&mDtd);
+    sequence.add(node);
+    const Xml::SeqSpec copy(sequence);
+    EXPECT_EQ(noted, &other);
+    static_cast<Xml::ChildrenSpec&>(*node) = Xml::ChildrenSpec(&mDtd, "b", Xml::RepOnce);
+    const Xml::SeqSpec copyOfAssigned(sequence);
+    EXPECT_EQ(noted, &mDtd);
+    const std::unique_ptr<Xml::CpSpec> clone(sequence.clone(&other));
+    EXPECT_EQ(noted, &other);
+}
+
 // Adds nothing: works as the library's own class.
 class PlainName : public Xml::NameSpec {
 public:

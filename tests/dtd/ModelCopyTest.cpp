@@ -202,6 +202,11 @@ TEST_F(ModelCopies, WhatIsAddedToACopiedListBelongsToTheListsDtd) {
     std::unique_ptr<Xml::CpSpec> clone(sequence.clone(&mBare));
     static_cast<Xml::SeqSpec&>(*clone).add("a", Xml::RepOnce);
     EXPECT_EQ(ownerOf(*clone), "bare");
+
+    Xml::ChoiceSpec choice(&mBare);
+    choice = Xml::ChoiceSpec(&mTextual);
+    choice.addChoice("a", Xml::RepOnce);
+    EXPECT_EQ(ownerOf(choice), "textual");
 }
 
 TEST_F(ModelCopies, AMovedFromListIsEmpty) {

@@ -138,6 +138,8 @@ void declare(Xml::Dtd& dtd, const Models& models) {
             dtd.addElementDecl(name, new Xml::AnySpec(&dtd));
         } else if (model == "EMPTY") {
             dtd.addElementDecl(name, new Xml::EmptySpec(&dtd));
+        } else if (model == "(#PCDATA)") {
+            dtd.addElementDecl(name, new Xml::CharSpec(&dtd));
         } else if (isMixed(model)) {
             auto* mixed = new Xml::MixedSpec(&dtd);
             for (const std::string& child : namesOf(model)) mixed->addName(child);

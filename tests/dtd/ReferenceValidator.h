@@ -20,7 +20,7 @@ public:
 };
 
 /// The model of each element that is declared: "ANY", "EMPTY", "(#PCDATA)", mixed content such as
-/// "(#PCDATA | a)*", or of particles.
+/// "(#PCDATA | a)*" or, without names, "(#PCDATA)*", or of particles.
 using Models = std::map<std::string, std::string>;
 
 /// Declares the elements in `dtd`.

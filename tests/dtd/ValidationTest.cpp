@@ -50,6 +50,8 @@ const Content kContents[] = {
     {"(#PCDATA)", "# #", true},
     {"(#PCDATA)", "a", false},
     {"(#PCDATA)", "# a", false},
+    {"(#PCDATA)*", "# #", true},
+    {"(#PCDATA)*", "# a", false},
     {"(#PCDATA | a)*", "", true},
     {"(#PCDATA | a)*", "# a a # a", true},
     {"(#PCDATA | a)*", "# b", false},
@@ -154,7 +156,7 @@ TEST_F(Validation, RefusesANameThatIsNone) {
 }
 
 TEST_F(Validation, RefusesNodesThatAreNeitherElementsNorCharacterData) {
-    declare({{"c", "(#PCDATA)"}, {"m", "(#PCDATA | c)*"}, {"s", "(c?)"}, {"d", "(|c | #PCDATA)*"}});
+    declare({{"c", "(#PCDATA)"}, {"m", "(#PCDATA | c)*"}, {"s", "(c?)"}, {"d", "(|#PCDATA)*"}});
     for (const char* name : {"c", "m", "s", "d"}) {
         Xml::Element parent(name);
         parent.addChild(new Xml::Attribute("x", "v"));
