@@ -37,7 +37,6 @@ Xml::Dtd& sharedDtd() {
 // is read ends in a failure that leaves a message beside the result, where the reader allows that.
 
 struct Elements {
-    static constexpr const char* kName = "Element";
     using Reader = Xml::ElementReader;
     static Reader make() { return Reader(nullptr); }
     static constexpr const char* kInput = "<a x='1'><b>t</b></c>";
@@ -50,7 +49,6 @@ struct Elements {
 };
 
 struct Dtds {
-    static constexpr const char* kName = "DTD";
     using Reader = Xml::DTDReader;
     static Reader make() { return Reader("d"); }
     static constexpr const char* kInput = "<!ELEMENT a (b)>x";
@@ -63,7 +61,6 @@ struct Dtds {
 };
 
 struct Doctypes {
-    static constexpr const char* kName = "Doctype";
     using Reader = Xml::DoctypeReader;
     static Reader make() { return Reader(); }
     static constexpr const char* kInput = "<!DOCTYPE d [<!ELEMENT a (b)>]>";
@@ -76,7 +73,6 @@ struct Doctypes {
 };
 
 struct MixedModels {
-    static constexpr const char* kName = "MixedSpec";
     using Reader = Xml::MixedSpecReader;
     static Reader make() { return Reader(&sharedDtd()); }
     static constexpr const char* kInput = "(#PCDATA | a)";
@@ -89,7 +85,6 @@ struct MixedModels {
 };
 
 struct Models {
-    static constexpr const char* kName = "ChildrenSpec";
     using Reader = Xml::ChildrenSpecReader;
     static Reader make() { return Reader(&sharedDtd()); }
     static constexpr const char* kInput = "(a, (b | c | #PCDATA)*)";
@@ -102,7 +97,6 @@ struct Models {
 };
 
 struct Documents {
-    static constexpr const char* kName = "Document";
     using Reader = Xml::DocumentReader;
     static Reader make() { return Reader(); }
     static constexpr const char* kInput = "<!DOCTYPE a [<!ELEMENT a EMPTY>]><a>x</a>";
@@ -114,77 +108,87 @@ struct Documents {
     }
 };
 
+/// A reader that has read, with its result and perhaps a message.
 template <class Kind>
-class OwningReader : public testing::Test {
-protected:
-    using Reader = typename Kind::Reader;
-
-    static Reader usedReader() {
-        Reader reader = Kind::make();
-        reading::read(reader, Kind::kInput);
-        EXPECT_NE(reader.getErrorMessage().empty(), Kind::kHasMessage);
-        return reader;
-    }
-};
-
-using OwningReaders = testing::Types<Elements, Dtds, Doctypes, MixedModels, Models, Documents>;
-
-struct KindNames {
-    template <class Kind>
-    static std::string GetName(int) {
-        return Kind::kName;
-    }
-};
-
-TYPED_TEST_SUITE(OwningReader, OwningReaders, KindNames);
-
-TYPED_TEST(OwningReader, IsCopiedDeeply) {
-    auto reader = this->usedReader();
-    auto copy = reader;
-    EXPECT_EQ(copy.getErrorMessage(), reader.getErrorMessage());
-    EXPECT_EQ(TypeParam::take(reader), TypeParam::kResult);
-    EXPECT_EQ(TypeParam::take(copy), TypeParam::kResult);
+typename Kind::Reader usedReader() {
+    typename Kind::Reader reader = Kind::make();
+    reading::read(reader, Kind::kInput);
+    EXPECT_NE(reader.getErrorMessage().empty(), Kind::kHasMessage);
+    return reader;
 }
 
-TYPED_TEST(OwningReader, IsCopyAssignedDeeply) {
-    auto reader = this->usedReader();
-    const std::string message = reader.getErrorMessage();
-    auto copy = TypeParam::make();
-    copy = reader;
-    const auto& same = copy;
-    copy = same;
-    EXPECT_EQ(TypeParam::take(reader), TypeParam::kResult);
-    EXPECT_EQ(TypeParam::take(copy), TypeParam::kResult);
-    EXPECT_EQ(copy.getErrorMessage(), message);
+template <class Check>
+void forEachReader(const Check& check) {
+    check(Elements());
+    check(Dtds());
+    check(Doctypes());
+    check(MixedModels());
+    check(Models());
+    check(Documents());
 }
 
-TYPED_TEST(OwningReader, HandsItsResultOnWhenMoved) {
-    auto reader = this->usedReader();
-    const std::string message = reader.getErrorMessage();
-    auto moved = std::move(reader);
-    // NOLINTNEXTLINE(bugprone-use-after-move): this is what is tested
-    EXPECT_EQ(TypeParam::take(reader), "none");
-    EXPECT_EQ(reader.getErrorMessage(), "");
-    EXPECT_EQ(moved.getErrorMessage(), message);
-    EXPECT_EQ(TypeParam::take(moved), TypeParam::kResult);
+TEST(OwningReaders, AreCopiedDeeply) {
+    forEachReader([](auto kind) {
+        SCOPED_TRACE(kind.kInput);
+        auto reader = usedReader<decltype(kind)>();
+        auto copy = reader;
+        EXPECT_EQ(copy.getErrorMessage(), reader.getErrorMessage());
+        EXPECT_EQ(kind.take(reader), kind.kResult);
+        EXPECT_EQ(kind.take(copy), kind.kResult);
+    });
 }
 
-TYPED_TEST(OwningReader, HandsItsResultOnWhenMoveAssigned) {
-    auto reader = this->usedReader();
-    auto target = this->usedReader();
-    const std::string message = reader.getErrorMessage();
-    target = std::move(reader);
-    // NOLINTNEXTLINE(bugprone-use-after-move): this is what is tested
-    EXPECT_EQ(TypeParam::take(reader), "none");
-    EXPECT_EQ(target.getErrorMessage(), message);
-    EXPECT_EQ(TypeParam::take(target), TypeParam::kResult);
+TEST(OwningReaders, AreCopyAssignedDeeply) {
+    forEachReader([](auto kind) {
+        SCOPED_TRACE(kind.kInput);
+        auto reader = usedReader<decltype(kind)>();
+        const std::string message = reader.getErrorMessage();
+        auto copy = kind.make();
+        copy = reader;
+        const auto& same = copy;
+        copy = same;
+        EXPECT_EQ(kind.take(reader), kind.kResult);
+        EXPECT_EQ(kind.take(copy), kind.kResult);
+        EXPECT_EQ(copy.getErrorMessage(), message);
+    });
 }
 
-TYPED_TEST(OwningReader, CopiesBeforeItReads) {
-    const auto reader = TypeParam::make();
-    auto copy = reader;
-    reading::read(copy, TypeParam::kInput);
-    EXPECT_EQ(TypeParam::take(copy), TypeParam::kResult);
+TEST(OwningReaders, HandTheirResultOnWhenMoved) {
+    forEachReader([](auto kind) {
+        SCOPED_TRACE(kind.kInput);
+        auto reader = usedReader<decltype(kind)>();
+        const std::string message = reader.getErrorMessage();
+        auto moved = std::move(reader);
+        // NOLINTNEXTLINE(bugprone-use-after-move): this is what is tested
+        EXPECT_EQ(kind.take(reader), "none");
+        EXPECT_EQ(reader.getErrorMessage(), "");
+        EXPECT_EQ(moved.getErrorMessage(), message);
+        EXPECT_EQ(kind.take(moved), kind.kResult);
+    });
+}
+
+TEST(OwningReaders, HandTheirResultOnWhenMoveAssigned) {
+    forEachReader([](auto kind) {
+        SCOPED_TRACE(kind.kInput);
+        auto reader = usedReader<decltype(kind)>();
+        auto target = usedReader<decltype(kind)>();
+        const std::string message = reader.getErrorMessage();
+        target = std::move(reader);
+        // NOLINTNEXTLINE(bugprone-use-after-move): this is what is tested
+        EXPECT_EQ(kind.take(reader), "none");
+        EXPECT_EQ(target.getErrorMessage(), message);
+        EXPECT_EQ(kind.take(target), kind.kResult);
+    });
+}
+
+TEST(OwningReaders, AreCopiedBeforeTheyRead) {
+    forEachReader([](auto kind) {
+        SCOPED_TRACE(kind.kInput);
+        const auto reader = kind.make();
+        auto copy = reader;
+        reading::read(copy, kind.kInput);
+        EXPECT_EQ(kind.take(copy), kind.kResult);
+    });
 }
 
 /// What the reader tells, and the DTD as it is written then.
