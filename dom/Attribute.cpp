@@ -27,6 +27,7 @@ Attribute::Attribute(const Attribute& other)
 Attribute::Attribute(Attribute&& other) : Object(other), mName(other.mName) {
     mValue.swap(other.mValue);
     other.rename({});
+    other.touch();
 }
 
 Attribute& Attribute::operator=(const Attribute& other) {
@@ -42,6 +43,7 @@ Attribute& Attribute::operator=(Attribute&& other) {
     *this = std::as_const(other);
     other.rename({});
     other.mValue.clear();
+    other.touch();
     return *this;
 }
 
@@ -80,14 +82,9 @@ void Attribute::setHeldName(const std::string& name) {
 }
 
 void Attribute::rename(const std::string& name) {
-    const bool isHeld = getParent() != nullptr && getParent()->isElement();
-    if (!isHeld && heldName() == mName) {
-        mName = name;
-        return;
-    }
     const std::string held = heldName();
     mName = name;
-    setHeldName(held);
+    if (mIsListed) setHeldName(held);
 }
 
 std::string Attribute::text() const { return mName + '=' + toXmlString(mValue); }

@@ -51,7 +51,13 @@ Attribute& AttributeList::at(int index) const {
 
 void AttributeList::insert(std::unique_ptr<Attribute> attribute) {
     const Place place = placeOf(attribute->heldName());
-    if (mBlocks.empty()) mBlocks.emplace_back();
+    if (mBlocks.empty()) {
+        Block first;
+        first.push_back(std::move(attribute));
+        mBlocks.push_back(std::move(first));
+        mSize = 1;
+        return;
+    }
     Block& block = mBlocks[place.block];
     block.insert(block.begin() + static_cast<std::ptrdiff_t>(place.index), std::move(attribute));
     ++mSize;
@@ -59,6 +65,7 @@ void AttributeList::insert(std::unique_ptr<Attribute> attribute) {
 }
 
 void AttributeList::splitBlock(std::size_t block) {
+    mBlocks.reserve(mBlocks.size() + 1);
     Block& full = mBlocks[block];
     const auto middle = full.begin() + static_cast<std::ptrdiff_t>(full.size() / 2);
     Block second(std::make_move_iterator(middle), std::make_move_iterator(full.end()));

@@ -19,7 +19,9 @@ CharData::CharData(const Entity& entity) : mData(entity.toString()) {}
 
 CharData::CharData(const CharData& other) : Object(other), mData(other.mData) {}
 
-CharData::CharData(CharData&& other) noexcept : Object(other), mData(std::move(other.mData)) {}
+CharData::CharData(CharData&& other) noexcept : Object(other), mData(std::move(other.mData)) {
+    other.touch();
+}
 
 CharData& CharData::operator=(const CharData& other) {
     mData = other.mData;
@@ -31,6 +33,7 @@ CharData& CharData::operator=(CharData&& other) noexcept {
     if (this == &other) return *this;
     mData = std::move(other.mData);
     Object::operator=(other);
+    other.touch();
     return *this;
 }
 

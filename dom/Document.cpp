@@ -11,7 +11,9 @@ const char* const kXmlDeclaration = "<?xml version = \"1.0\" ?>";
 
 }  // namespace
 
-Document::Document(Element* root, Dtd* dtd) : mRoot(root), mDocumentDtd(dtd) {
+Document::Document() = default;
+
+Document::Document(Element* root, Dtd* dtd) : mDocumentDtd(dtd), mRoot(root) {
     linkContent();
     if (mRoot) mRoot->setDtd(dtd);
 }
@@ -35,12 +37,13 @@ Document& Document::operator=(const Document& other) {
     return *this = Document(other);
 }
 
+// `other` may be below the old root, which dies last.
 Document& Document::operator=(Document&& other) noexcept {
     if (this == &other) return *this;
-    mRoot = std::move(other.mRoot);
-    mDocumentDtd = std::move(other.mDocumentDtd);
-    linkContent();
+    const std::unique_ptr<Dtd> oldDtd = std::exchange(mDocumentDtd, std::move(other.mDocumentDtd));
+    const std::unique_ptr<Element> oldRoot = std::exchange(mRoot, std::move(other.mRoot));
     other.touch();
+    linkContent();
     return *this;
 }
 

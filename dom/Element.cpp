@@ -22,6 +22,7 @@ Element::Element(const std::string& name, const DataHolder& text) : Element(name
 }
 
 Element::Element(const Element& other, WithoutChildren) : Object(other), mName(other.mName) {
+    mChildren.reserve(other.mChildren.size());
     other.forEachAttribute([this](const Attribute& attribute) {
         auto copy = std::make_unique<Attribute>(attribute);
         copy->setHeldName(attribute.heldName());
@@ -32,32 +33,38 @@ Element::Element(const Element& other, WithoutChildren) : Object(other), mName(o
     mDtd = nullptr;
 }
 
+// In document order and without recursion. Invariant: what a copy of `open` lacks of its children
+// are copies of those of `source` from `next` on.
 Element::Element(const Element& other) : Element(other, WithoutChildren()) {
-    // The copies whose children are still to be made.
-    std::vector<std::pair<const Element*, Element*>> pending;
-    copyChildren(other, pending);
-    while (!pending.empty()) {
-        const auto [source, copy] = pending.back();
-        pending.pop_back();
-        copy->copyChildren(*source, pending);
+    struct Open {
+        const Element* source;
+        Element* copy;
+        std::size_t next;
+    };
+    std::vector<Open> open{{&other, this, 0}};
+    while (!open.empty()) {
+        const auto [source, copy, next] = open.back();
+        if (next == source->mChildren.size()) {
+            open.pop_back();
+            continue;
+        }
+        ++open.back().next;
+        const Object& child = *source->mChildren[next];
+        copy->holdCopyOf(child);
+        if (typeid(child) != typeid(Element)) continue;
+        open.push_back({child.toElement(), copy->mChildren.back()->toElement(), 0});
     }
 }
 
-// Children of classes that a caller derived copy themselves.
-void Element::copyChildren(const Element& other,
-                           std::vector<std::pair<const Element*, Element*>>& pending) {
-    mChildren.reserve(other.mChildren.size());
-    for (const Object* child : other.mChildren) {
-        if (typeid(*child) == typeid(Element)) {
-            const auto* source = static_cast<const Element*>(child);
-            auto copy = std::unique_ptr<Element>(new Element(*source, WithoutChildren()));
-            if (!source->mChildren.empty()) pending.emplace_back(source, copy.get());
-            mChildren.push_back(copy.release());
-        } else {
-            mChildren.push_back(child->clone());
-        }
-        mChildren.back()->linkTo(this);
-    }
+// An element is copied without its children. One of a class that a caller derived copies itself.
+void Element::holdCopyOf(const Object& child) {
+    makeRoomForChild();
+    mChildren.push_back(typeid(child) == typeid(Element)
+                            ? new Element(static_cast<const Element&>(child), WithoutChildren())
+                            : child.clone());
+    Object* copy = mChildren.back();
+    copy->linkTo(this);
+    if (copy->mDtd != nullptr || !copy->mSubtreeBound) copy->forgetBoundAbove();
 }
 
 Element::Element(Element&& other) noexcept {
@@ -94,7 +101,7 @@ void Element::swapContent(Element& other) {
     mName.swap(other.mName);
     for (Element* element : {this, &other}) {
         for (Object* child : element->mChildren) child->linkTo(element);
-        element->forEachAttribute([=](Attribute& attribute) { attribute.mParent = element; });
+        element->forEachAttribute([=](Attribute& attribute) { attribute.linkTo(element); });
         element->mSubtreeBound = element->mChildren.empty() && element->mAttributes == nullptr;
         element->forgetBoundAbove();
     }
@@ -123,47 +130,48 @@ void Element::destroyChildren() {
 }
 
 // A subtree that is bound to `dtd` already is not visited again. Validation binds elements from
-// the bottom up, which would otherwise cost more with every level.
+// the bottom up, which would otherwise cost more with every level. Invariant: of the elements of
+// `open` only the children from the index on, and the attributes, are not bound.
 void Element::setDtd(const Dtd* dtd) {
-    if (mDtd == dtd && mSubtreeBound) return;
+    if (isWhollyBoundTo(dtd)) return;
     forgetBoundAbove();
-    std::vector<Element*> pending;
-    bind(dtd, pending);
-    while (!pending.empty()) {
-        Element* element = pending.back();
-        pending.pop_back();
-        element->bind(dtd, pending);
-    }
-}
-
-// Binds the element with all that holds no nodes itself. Child elements join `pending`.
-void Element::bind(const Dtd* dtd, std::vector<Element*>& pending) {
-    if (mDtd == dtd && mSubtreeBound) return;
-    mDtd = dtd;
-    if (dtd != nullptr) mPathTouched = false;
-    mSubtreeBound = false;
-    mSubtreeBound = bindLeaves(dtd, pending);
-    if (!mSubtreeBound) forgetBoundAbove();
-}
-
-// Whether all children and attributes are, or will be, bound to `dtd` and linked to this element,
-// so that it will hear of changes.
-bool Element::bindLeaves(const Dtd* dtd, std::vector<Element*>& pending) {
-    bool complete = true;
-    for (Object* child : mChildren) {
-        complete = complete && child->mParent == this;
-        if (typeid(*child) == typeid(Element)) {
-            pending.push_back(static_cast<Element*>(child));
+    std::vector<std::pair<Element*, std::size_t>> open;
+    const auto enter = [&](Element* element) {
+        open.emplace_back(element, 0);
+        element->mDtd = dtd;
+        element->mSubtreeBound = false;
+        if (dtd != nullptr) element->mPathTouched = false;
+    };
+    enter(this);
+    while (!open.empty()) {
+        auto& [element, next] = open.back();
+        if (next == element->mChildren.size()) {
+            element->bindAttributes();
+            open.pop_back();
             continue;
         }
-        child->setDtd(dtd);
-        complete = complete && child->mDtd == dtd && child->mSubtreeBound;
+        Object* child = element->mChildren[next++];
+        if (typeid(*child) != typeid(Element)) {
+            child->setDtd(dtd);
+        } else if (!child->isWhollyBoundTo(dtd)) {
+            enter(static_cast<Element*>(child));
+        }
     }
+}
+
+// Needs: the children are bound. Only what is linked to this element tells it of changes, and only
+// a node of a caller's class can have refused the DTD.
+void Element::bindAttributes() {
+    bool areLinked = true;
     forEachAttribute([&](Attribute& attribute) {
-        attribute.setDtd(dtd);
-        complete = complete && attribute.mParent == this;
+        attribute.setDtd(mDtd);
+        areLinked = areLinked && attribute.mIsHeld && attribute.mParent == this;
     });
-    return complete;
+    mSubtreeBound =
+        areLinked && std::all_of(mChildren.begin(), mChildren.end(), [this](Object* child) {
+            if (child->mDtd != mDtd) child->forgetTouchedPaths();
+            return child->mIsHeld && child->mParent == this && child->isWhollyBoundTo(mDtd);
+        });
 }
 
 Object* Element::clone() const { return new Element(*this); }
@@ -206,15 +214,18 @@ void Element::insertChild(const Object* before, Object* child) {
 
 // What can fail comes first: the child is the element's only once it is among its children.
 void Element::insertAt(std::size_t place, Object* child) {
-    if (mChildren.size() == mChildren.capacity()) {
-        mChildren.reserve(std::max<std::size_t>(4, 2 * mChildren.size()));
-    }
+    makeRoomForChild();
     child->setDtd(mDtd);
     mChildren.insert(mChildren.begin() + static_cast<std::ptrdiff_t>(place), child);
     child->linkTo(this);
-    if (child->mDtd != mDtd || !child->mSubtreeBound) child->forgetBoundAbove();
+    if (!child->isWhollyBoundTo(mDtd)) child->forgetBoundAbove();
     touch();
     dropUntrueMarks(child);
+}
+
+void Element::makeRoomForChild() {
+    if (mChildren.size() < mChildren.capacity()) return;
+    mChildren.reserve(std::max<std::size_t>(4, 2 * mChildren.size()));
 }
 
 // A new child may bring marks along that its place here does not bear out.
@@ -224,15 +235,18 @@ void Element::dropUntrueMarks(Object* child) {
 
 Object* Element::extractChild(Object* child) {
     const auto place = std::find(mChildren.begin(), mChildren.end(), child);
-    if (child == nullptr || place == mChildren.end()) return nullptr;
-    mChildren.erase(place);
+    return extractChild(static_cast<int>(place - mChildren.begin()));
+}
+
+Object* Element::extractChild(int index) {
+    Object* child = getChild(index);
+    if (child == nullptr) return nullptr;
+    mChildren.erase(mChildren.begin() + index);
     touch();
     child->linkTo(nullptr);
     child->setDtd(nullptr);
     return child;
 }
-
-Object* Element::extractChild(int index) { return extractChild(getChild(index)); }
 
 void Element::killChildren() {
     destroyChildren();
@@ -240,7 +254,8 @@ void Element::killChildren() {
 }
 
 void Element::holdAttribute(std::unique_ptr<Attribute> attribute) {
-    attribute->mParent = this;
+    attribute->linkTo(this);
+    attribute->mIsListed = true;
     if (!mAttributes) mAttributes = std::make_unique<AttributeList>();
     mAttributes->insert(std::move(attribute));
 }

@@ -1,9 +1,9 @@
 #include <typeinfo>
+#include <vector>
 
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
 #include "VexXml/Streams.h"
-#include "dom/Walk.h"
 
 namespace Xml {
 namespace {
@@ -105,19 +105,28 @@ void Object::forgetTouchedPaths() {
     if (!mPathTouched) return;
     mPathTouched = false;
     Element* top = isDocument() ? toDocument()->getRoot() : isElement() ? toElement() : nullptr;
-    if (top == nullptr) return;
-    top->mPathTouched = false;
-    DescendantElements<Element> below(*top);
-    while (Element* element = below.next()) element->mPathTouched = false;
+    std::vector<Element*> pending;
+    if (top != nullptr) pending.push_back(top);
+    while (!pending.empty()) {
+        Element* element = pending.back();
+        pending.pop_back();
+        element->mPathTouched = false;
+        for (int i = 0; i < element->getChildCount(); ++i) {
+            Object* child = element->getChild(i);
+            if (child->mPathTouched && child->isElement()) pending.push_back(child->toElement());
+        }
+    }
 }
 
 // For when this node's DTD becomes another than that of the nodes above. Above a node that is not
-// marked none is.
+// marked none is. A link that nothing holds is not followed: what it leads to may be gone.
 void Object::forgetBoundAbove() {
-    for (Object* node = mParent; node != nullptr && node->mSubtreeBound; node = node->mParent) {
-        node->mSubtreeBound = false;
+    for (Object* node = this; node->mIsHeld && node->mParent->mSubtreeBound; node = node->mParent) {
+        node->mParent->mSubtreeBound = false;
     }
 }
+
+bool Object::isWhollyBoundTo(const Dtd* dtd) const { return mDtd == dtd && mSubtreeBound; }
 
 bool Object::setRWOptimization(bool on) {
     const bool previous = skipsUnchanged;

@@ -94,6 +94,7 @@ private:
     void endWrite(OutStream& out);
     void forgetTouchedPaths();
     void forgetBoundAbove();
+    bool isWhollyBoundTo(const Dtd* dtd) const;
 
     const Dtd* mDtd = nullptr;
     Object* mParent = nullptr;
@@ -154,6 +155,7 @@ private:
 
     std::string mName;
     DataHolder mValue;
+    bool mIsListed = false;                 ///< among the attributes of an element
     mutable std::unique_ptr<Extra> mExtra;  ///< what few attributes need
 };
 
@@ -231,6 +233,11 @@ private:
 /// dies.
 ///
 /// Whatever changes an element touches it.
+///
+/// A class derived from this one should override `clone`, or copies become plain elements. Its own
+/// `setDtd`, `clone` and `write` are called for it, one within another, so its elements take call
+/// stack for each level of them; plain elements do not. Children die before the element around
+/// them.
 class VEXXML_API Element : public Object {
 public:
     /// Reports a name that is not valid; the name is then empty.
@@ -241,6 +248,8 @@ public:
     Element(Element&& other) noexcept;
     /// Becomes a deep copy of `other`, which may be below this one, but keeps its own place.
     Element& operator=(const Element& other);
+    /// Takes what `other` holds, which may be below this one but not above, and keeps its own
+    /// place.
     Element& operator=(Element&& other) noexcept;
     ~Element() override;
 
@@ -343,13 +352,12 @@ private:
     struct WithoutChildren {};
 
     Element(const Element& other, WithoutChildren);
-    void copyChildren(const Element& other,
-                      std::vector<std::pair<const Element*, Element*>>& pending);
+    void holdCopyOf(const Object& child);
     void swapContent(Element& other);
     void destroyChildren();
 
-    void bind(const Dtd* dtd, std::vector<Element*>& pending);
-    bool bindLeaves(const Dtd* dtd, std::vector<Element*>& pending);
+    void bindAttributes();
+    void makeRoomForChild();
     template <class Visit>
     void forEachAttribute(const Visit& visit) const;
     void holdAttribute(std::unique_ptr<Attribute> attribute);
@@ -368,8 +376,10 @@ private:
 /// A root element with an optional DTD.
 class VEXXML_API Document : public Object {
 public:
+    /// With neither root nor DTD.
+    Document();
     /// Takes ownership of both, which may be null, and binds the root to the DTD.
-    explicit Document(Element* root = nullptr, Dtd* dtd = nullptr);
+    explicit Document(Element* root, Dtd* dtd = nullptr);
     Document(const Document& other);
     Document(Document&& other) noexcept;
     /// Becomes a deep copy of `other`.
@@ -411,8 +421,8 @@ protected:
 private:
     void linkContent();
 
-    std::unique_ptr<Element> mRoot;
     std::unique_ptr<Dtd> mDocumentDtd;
+    std::unique_ptr<Element> mRoot;              ///< dies before the DTD that it may refer to
     mutable std::unique_ptr<std::string> mText;  ///< made by `toString`
 };
 
