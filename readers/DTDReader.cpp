@@ -28,6 +28,7 @@ Dtd* DTDReader::extractDtd() { return mDtd.release(); }
 
 // The keyword of a declaration is looked at here and read by the reader for that declaration.
 bool DTDReader::parse(InStream& in) {
+    if (!mDtd) mDtd = std::make_unique<Dtd>("");
     for (;;) {
         const int start = in.getPosition();
         std::string token;

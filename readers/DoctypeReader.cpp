@@ -25,6 +25,7 @@ Dtd* DoctypeReader::extractDtd() { return mDtd.release(); }
 
 // doctypedecl ::= '<!DOCTYPE' Name ('SYSTEM' SystemLiteral | '[' markupdecl* ']') '>'
 bool DoctypeReader::parse(InStream& in) {
+    mDtd.reset();
     std::string name;
     std::string token;
     if (!checkToken(in, "<!DOCTYPE") || !getName(in, name) || !getToken(in, token)) return false;

@@ -24,6 +24,8 @@ Document* DocumentReader::extractDocument() { return mDocument.release(); }
 
 // document ::= prolog element Misc*
 bool DocumentReader::parse(InStream& in) {
+    mDocument.reset();
+    mDtd.reset();
     return parseProlog(in) && parseElement(in) && parseMisc(in);
 }
 
@@ -84,11 +86,11 @@ bool DocumentReader::parseMisc(InStream& in) {
     for (;;) {
         std::string token;
         if (!peekToken(in, token)) return in.eof();
-        CommentReader comment;
-        PIReader instruction;
         if (token == "<!--") {
+            CommentReader comment;
             if (!parseWith(comment, in)) return false;
         } else if (token == "<?") {
+            PIReader instruction;
             if (!parseWith(instruction, in)) return false;
         } else {
             return true;

@@ -36,6 +36,7 @@ bool ElementReader::parse(InStream& in) {
     std::vector<std::unique_ptr<Element>> open;
     const auto innermost = [&] { return open.empty() ? mElement.get() : open.back().get(); };
     bool isEmpty = false;
+    mElement.reset();
     if (!readStartTag(in, isEmpty)) return false;
     if (isEmpty) return true;
     for (;;) {

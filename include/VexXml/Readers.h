@@ -4,7 +4,7 @@
 ///
 /// A reader is used once: `parse` reads from where the stream stands and leaves it where reading
 /// stopped. Then the result is there, or an error text. The result belongs to the reader until it
-/// is extracted.
+/// is extracted; then it is the caller's.
 
 #include <memory>
 #include <string>
@@ -130,6 +130,7 @@ public:
     /// Whether an internal subset is read, the "[" in front of it being read already. False at
     /// first.
     void setInternal(bool internal);
+    /// What was read, before a failure too; null once it is extracted.
     Dtd* getDtd();
     Dtd* extractDtd();
 
@@ -160,7 +161,7 @@ private:
     std::unique_ptr<Dtd> mDtd;
 };
 
-/// Reads the declaration of an internal general entity into a `Dtd`.
+/// Reads the declaration of an internal general entity into a `Dtd`, which must not be null.
 class VEXXML_API EntityReader : public Reader {
 public:
     explicit EntityReader(Dtd* dtd);
@@ -171,7 +172,7 @@ private:
     Dtd* mDtd;
 };
 
-/// Reads an element declaration into a `Dtd`.
+/// Reads an element declaration into a `Dtd`, which must not be null.
 class VEXXML_API ElementDeclReader : public Reader {
 public:
     explicit ElementDeclReader(Dtd* dtd);
@@ -237,7 +238,8 @@ private:
     std::unique_ptr<ChildrenSpec> mChildrenSpec;
 };
 
-/// Reads an attribute-list declaration into a `Dtd`.
+/// Reads an attribute-list declaration into a `Dtd`, which must not be null. The only attribute
+/// type is "CDATA".
 class VEXXML_API AttListReader : public Reader {
 public:
     explicit AttListReader(Dtd* dtd);
@@ -250,7 +252,11 @@ private:
     Dtd* mDtd;
 };
 
-/// Reads a whole document and validates it against the DTD that it declares.
+/// Reads a whole document and validates it against the DTD that it declares. One that is declared
+/// with "PUBLIC" is not read.
+///
+/// Reading succeeds in front of anything behind the root element that is neither a comment nor a
+/// processing instruction: whoever expects nothing there looks at where the stream stands.
 class VEXXML_API DocumentReader : public Reader {
 public:
     DocumentReader();
