@@ -33,7 +33,7 @@ constexpr std::uintmax_t kTwoGiB = std::uintmax_t{1} << 31U;
 class FileInStreamTest : public ::testing::Test {
 protected:
     std::string makeSparse(const std::string& name, std::uintmax_t size) const {
-        const std::string path = mFolder.write(name, "start");
+        std::string path = mFolder.write(name, "start");
         std::filesystem::resize_file(path, size);
         return path;
     }
@@ -59,7 +59,7 @@ std::string state(FileInStream& in) {
     return text + ", position " + std::to_string(in.getPosition());
 }
 
-/// Over a text, with a buffer of one byte into which nothing can be put back.
+/// Over a text, with a buffer of one byte.
 class UnbufferedText : public std::streambuf {
 public:
     UnbufferedText(std::string text, bool isSeekable)
@@ -93,6 +93,19 @@ private:
     std::string mText;
     std::size_t mNext = 0;
     bool mIsSeekable;
+};
+
+/// Seekable, but not to its end.
+class EndlessText : public UnbufferedText {
+public:
+    explicit EndlessText(std::string text) : UnbufferedText(std::move(text), true) {}
+
+protected:
+    pos_type seekoff(off_type offset, std::ios_base::seekdir from,
+                     std::ios_base::openmode mode) override {
+        if (from == std::ios_base::end) return pos_type(off_type{-1});
+        return UnbufferedText::seekoff(offset, from, mode);
+    }
 };
 
 TEST_F(FileInStreamTest, ReadsTheBytesOfAFile) {
@@ -235,6 +248,28 @@ TEST_F(FileInStreamTest, ReadsAStreamThatCannotSeek) {
     EXPECT_EQ(mDiagnostics.take(), Texts{});
 }
 
+TEST_F(FileInStreamTest, FailsWhenAStreamThatCannotSeekIsMoved) {
+    for (const int position : {-2, -1, 0, 1}) {
+        SCOPED_TRACE(position);
+        UnbufferedText buffer("abc", false);
+        std::istream pipe(&buffer);
+        FileInStream in(&pipe);
+        char c = 0;
+        in.getChar(c);
+        in.setPosition(position);
+        EXPECT_EQ(state(in), "reads nothing, not at the end, position -1");
+    }
+}
+
+TEST_F(FileInStreamTest, ReadsAStreamThatCannotTellItsLength) {
+    EndlessText buffer("abc");
+    std::istream stream(&buffer);
+    FileInStream in(&stream);
+    EXPECT_EQ(in.getPosition(), 0);
+    EXPECT_EQ(restOf(in), "abc$");
+    EXPECT_EQ(mDiagnostics.take(), Texts{});
+}
+
 TEST_F(FileInStreamTest, ReadsNothingFromAStreamWithoutABuffer) {
     std::istream nothing(nullptr);
     FileInStream in(&nothing);
@@ -302,7 +337,7 @@ TEST_F(FileInStreamTest, StepsBackAcrossTheEdgesOfTheStandardStreamsBuffer) {
     }
 }
 
-TEST_F(FileInStreamTest, StepsBackInAStreamThatTakesNothingBack) {
+TEST_F(FileInStreamTest, StepsBackFurtherThanTheBufferReaches) {
     UnbufferedText buffer("abcdef", true);
     std::istream stream(&buffer);
     FileInStream in(&stream);

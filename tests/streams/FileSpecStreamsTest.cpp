@@ -162,6 +162,7 @@ TEST_F(FileSpecInStreamTest, IsAtItsEndOnceTheCallerClosesTheFile) {
     FileSpecInStream in(file);
     EXPECT_FALSE(in.eof());
     file.Close();
+    EXPECT_TRUE(in.eof());
     EXPECT_EQ(state(in), "reads nothing, at the end, position 0");
 }
 

@@ -145,6 +145,7 @@ TEST(StringInStream, IsEmptyOnceMovedFrom) {
     StringInStream assigned("else");
     assigned = std::move(*moved);
     EXPECT_TRUE(moved->eof());
+    EXPECT_EQ(moved->getPosition(), 0);
     EXPECT_EQ(assigned.getPosition(), 2);
     EXPECT_EQ(restOf(assigned), text.substr(2));
 }
