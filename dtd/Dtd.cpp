@@ -1,10 +1,10 @@
 #include "VexXml/Dtd.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
 #include "VexXml/Streams.h"
+#include "dom/EmptyText.h"
 #include "dtd/Validator.h"
 
 namespace Xml {
@@ -46,14 +46,9 @@ void Dtd::takeFrom(Dtd& other) {
     mName = std::exchange(other.mName, {});
     mEntities = std::exchange(other.mEntities, {});
 
-    const auto unused = [](const auto& link) { return link.use_count() == 1; };
-    mModelLinks.erase(std::remove_if(mModelLinks.begin(), mModelLinks.end(), unused),
-                      mModelLinks.end());
-    for (auto& link : other.mModelLinks) {
-        *link = this;
-        mModelLinks.push_back(std::move(link));
-    }
-    other.mModelLinks.clear();
+    mModelLinks.remove_if([](const auto& link) { return link.use_count() == 1; });
+    for (const auto& link : other.mModelLinks) *link = this;
+    mModelLinks.splice(mModelLinks.end(), other.mModelLinks);
     other.touch();
 }
 
@@ -97,12 +92,12 @@ bool Dtd::addElementDecl(const std::string& name, const std::string& childName, 
 }
 
 bool Dtd::storeModel(const std::string& name, std::unique_ptr<ContentSpec>& model) {
-    std::shared_ptr<ContentSpec>& declared = mElementDecls[name];
-    if (declared != nullptr) {
+    if (model == nullptr) return false;
+    if (mElementDecls.count(name) > 0) {
         Message("<Dtd::addElementDecl> already added " + name);
         return false;
     }
-    declared = std::move(model);
+    mElementDecls.emplace(name, std::shared_ptr<ContentSpec>(std::move(model)));
     touch();
     return true;
 }
@@ -122,13 +117,13 @@ bool Dtd::addAttDecl(const std::string& element, const std::string& attribute, A
 
 bool Dtd::storeDefinition(const std::string& element, const std::string& attribute,
                           std::unique_ptr<AttDef>& def) {
-    std::shared_ptr<AttDef>& declared = mAttListDecls[element][attribute];
-    if (declared != nullptr) {
+    if (def == nullptr) return false;
+    if (findAttDef(element, attribute) != nullptr) {
         // "alraedy", and a function that there is not: callers compare this.
         Message("<Dtd::addAttlistDecl> alraedy added " + element + ' ' + attribute);
         return false;
     }
-    declared = std::move(def);
+    mAttListDecls[element].emplace(attribute, std::shared_ptr<AttDef>(std::move(def)));
     touch();
     return true;
 }
@@ -142,9 +137,8 @@ const AttDef* Dtd::findAttDef(const std::string& element, const std::string& att
 
 const DataHolder& Dtd::getDefaultValue(const std::string& element,
                                        const std::string& attribute) const {
-    static const DataHolder kEmpty;
     const AttDef* def = findAttDef(element, attribute);
-    return def != nullptr ? def->getDefault() : kEmpty;
+    return def != nullptr ? def->getDefault() : emptyText();
 }
 
 bool Dtd::hasDefaultValue(const std::string& element, const std::string& attribute) const {
@@ -155,14 +149,16 @@ bool Dtd::hasDefaultValue(const std::string& element, const std::string& attribu
 void Dtd::merge(const Dtd& other, bool overwrite) {
     // Each clone is made before what it replaces is deleted: `other` may be this one.
     for (const auto& [name, model] : other.mElementDecls) {
-        std::shared_ptr<ContentSpec>& present = mElementDecls[name];
-        if (present == nullptr || overwrite) present.reset(model->clone(this));
+        if (!overwrite && mElementDecls.count(name) > 0) continue;
+        std::shared_ptr<ContentSpec> clone(model->clone(this));
+        mElementDecls[name] = std::move(clone);
     }
     for (const auto& [element, list] : other.mAttListDecls) {
         AttList& presentList = mAttListDecls[element];
         for (const auto& [attribute, def] : list) {
-            std::shared_ptr<AttDef>& present = presentList[attribute];
-            if (present == nullptr || overwrite) present.reset(def->clone());
+            if (!overwrite && presentList.count(attribute) > 0) continue;
+            std::shared_ptr<AttDef> clone(def->clone());
+            presentList[attribute] = std::move(clone);
         }
     }
     for (const auto& [name, value] : other.mEntities) {

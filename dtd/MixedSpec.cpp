@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "VexXml/Streams.h"
 #include "dtd/ModelAccess.h"
@@ -8,6 +9,20 @@
 namespace Xml {
 
 MixedSpec::MixedSpec(Dtd* dtd) : ContentSpec(dtd) {}
+MixedSpec::MixedSpec(const MixedSpec&) = default;
+MixedSpec& MixedSpec::operator=(const MixedSpec&) = default;
+
+MixedSpec::MixedSpec(MixedSpec&& other) noexcept
+    : ContentSpec(other),
+      mNames(std::exchange(other.mNames, {})),
+      mKnownNames(std::exchange(other.mKnownNames, {})) {}
+
+MixedSpec& MixedSpec::operator=(MixedSpec&& other) noexcept {
+    ContentSpec::operator=(other);
+    mNames = std::exchange(other.mNames, {});
+    mKnownNames = std::exchange(other.mKnownNames, {});
+    return *this;
+}
 
 void MixedSpec::addName(const std::string& name) {
     if (!mKnownNames.insert(name).second) {

@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include "VexXml/Streams.h"
 #include "dtd/ModelAccess.h"
@@ -7,14 +8,20 @@
 
 namespace Xml {
 
-CpSpec::CpSpec(Dtd* dtd) : mDtd(ModelAccess::linkTo(dtd)) {}
-
-CpSpec::~CpSpec() = default;
-CpSpec::CpSpec(const CpSpec&) = default;
-CpSpec& CpSpec::operator=(const CpSpec&) = default;
-
 NameSpec::NameSpec(Dtd* dtd, const std::string& name) : CpSpec(dtd) {
     if (isName(name)) mName = name;
+}
+
+NameSpec::NameSpec(const NameSpec&) = default;
+NameSpec& NameSpec::operator=(const NameSpec&) = default;
+
+NameSpec::NameSpec(NameSpec&& other) noexcept
+    : CpSpec(other), mName(std::exchange(other.mName, {})) {}
+
+NameSpec& NameSpec::operator=(NameSpec&& other) noexcept {
+    CpSpec::operator=(other);
+    mName = std::exchange(other.mName, {});
+    return *this;
 }
 
 bool NameSpec::validate(std::queue<Object*>* pending) const {

@@ -4,6 +4,7 @@
 #include <string>
 #include <typeinfo>
 
+#include "dom/AttributeList.h"
 #include "dtd/ModelAccess.h"
 
 namespace Xml {
@@ -200,11 +201,13 @@ bool Validator::validateAttributes(Element& element, const Dtd& dtd) {
     for (const auto& [name, def] : list->second) {
         if (def->isRequired() && element.getAttribute(name) == nullptr) return false;
     }
-    for (int i = 0; i < element.getAttributeCount(); ++i) {
-        if (list->second.count(element.getAttribute(i)->getName()) == 0) return false;
-    }
-    element.setDtd(&dtd);
-    return true;
+    bool areDeclared = true;
+    const auto check = [&](const Attribute& attribute) {
+        areDeclared = areDeclared && list->second.count(attribute.getName()) > 0;
+    };
+    if (element.mAttributes) element.mAttributes->forEach(check);
+    if (areDeclared) element.setDtd(&dtd);
+    return areDeclared;
 }
 
 std::size_t& Validator::next() { return mContents.back().next; }

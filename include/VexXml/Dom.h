@@ -164,6 +164,10 @@ class VEXXML_API Entity {
 public:
     /// Reports a name that is not valid and keeps it.
     explicit Entity(const std::string& name);
+    Entity(const Entity& other);
+    Entity(Entity&& other) noexcept;
+    Entity& operator=(const Entity& other);
+    Entity& operator=(Entity&& other) noexcept;
 
     /// The reference: "&", the name, ";".
     const std::string& toString() const;

@@ -2,6 +2,7 @@
 
 /// Document type definitions: what elements may hold, which attributes they have, and entities.
 
+#include <list>
 #include <map>
 #include <memory>
 #include <queue>
@@ -91,6 +92,10 @@ public:
 class VEXXML_API MixedSpec : public ContentSpec {
 public:
     explicit MixedSpec(Dtd* dtd);
+    MixedSpec(const MixedSpec& other);
+    MixedSpec(MixedSpec&& other) noexcept;
+    MixedSpec& operator=(const MixedSpec& other);
+    MixedSpec& operator=(MixedSpec&& other) noexcept;
 
     /// Appends the name. Reports one that is there already and does not append it.
     void addName(const std::string& name);
@@ -113,8 +118,8 @@ class VEXXML_API CpSpec {
 public:
     explicit CpSpec(Dtd* dtd);
     virtual ~CpSpec();
-    /// Matches children from the front of the queue, and takes from it what it matched. After a
-    /// failure the queue is left as the failure found it.
+    /// Matches children from the front of the queue, and takes from it what it matched. What was
+    /// taken before a failure stays taken: whoever tries something else then restores the queue.
     virtual bool validate(std::queue<Object*>* pending) const = 0;
     /// Writes the particle. `parenthesise` asks for parentheses where they are not needed anyway.
     virtual void toStream(OutStream& out, bool parenthesise) const = 0;
@@ -137,6 +142,10 @@ public:
     /// A name that is not valid is dropped without a report: nothing is matched and nothing
     /// written.
     NameSpec(Dtd* dtd, const std::string& name);
+    NameSpec(const NameSpec& other);
+    NameSpec(NameSpec&& other) noexcept;
+    NameSpec& operator=(const NameSpec& other);
+    NameSpec& operator=(NameSpec&& other) noexcept;
 
     bool validate(std::queue<Object*>* pending) const override;
     void toStream(OutStream& out, bool parenthesise) const override;
@@ -289,8 +298,9 @@ public:
     Dtd(const Dtd& other);
     /// Takes the models along as they are, bound to the new object.
     Dtd(Dtd&& other) noexcept;
-    /// Shares the models and definitions, unlike the copy constructor; the models stay bound to
-    /// `other`, and once that is destroyed they match no element.
+    /// Takes over everything, the link to the parent included. Shares the models and definitions,
+    /// unlike the copy constructor; the models stay bound to `other`, and once that is destroyed
+    /// they match no element.
     Dtd& operator=(const Dtd& other);
     Dtd& operator=(Dtd&& other) noexcept;
     ~Dtd() override;
@@ -308,14 +318,14 @@ public:
     /// Every `addElementDecl` reports a name that is declared already, keeps the first declaration
     /// and answers false.
     bool addElementDecl(const std::string& name);
-    /// Takes ownership of the model if the declaration is stored.
+    /// Takes ownership of the model if the declaration is stored, which one without a model is not.
     bool addElementDecl(const std::string& name, ContentSpec* spec);
     /// Takes ownership of the particle in any case.
     bool addElementDecl(const std::string& name, CpSpec* cp, RepType rep);
     /// Declares an element that holds child elements of one name.
     bool addElementDecl(const std::string& name, const std::string& childName, RepType rep);
-    /// Takes ownership of the definition if it is stored. Reports an attribute that is declared
-    /// already, keeps the first definition and answers false.
+    /// Takes ownership of the definition if it is stored, which null is not. Reports an attribute
+    /// that is declared already, keeps the first definition and answers false.
     bool addAttDecl(const std::string& element, const std::string& attribute, AttDef* def);
     bool addAttDecl(const std::string& element, const std::string& attribute, AttType type);
 
@@ -338,8 +348,10 @@ public:
     /// same name stays. Does not touch.
     void merge(const Dtd& other, bool overwrite);
 
-    /// Whether the element and everything below it keep to the declarations. Nodes that do become
-    /// bound to this DTD, even if an element around them does not.
+    /// Whether the element and everything below it keep to the declarations. Elements that do
+    /// become bound to this DTD with all they hold, even if an element around them does not. Not
+    /// bound is an element without an attribute list, unless it stands in mixed content or below
+    /// one that is.
     bool validate(Element* element) const;
 
 protected:
@@ -368,7 +380,7 @@ private:
     mutable std::string mUnknownEntityName;
     /// By which models find this `Dtd`: none before the first model, several after assignments that
     /// brought the models of another one.
-    std::vector<std::shared_ptr<Dtd*>> mModelLinks;
+    std::list<std::shared_ptr<Dtd*>> mModelLinks;
 };
 
 }  // namespace Xml
