@@ -138,6 +138,8 @@ std::uint64_t BufferedFile::length() {
         return 0;
     }
     const auto size = static_cast<std::uint64_t>(status.st_size);
+    // What has been added behind the buffer's last byte is asked for anew.
+    if (mMode == Mode::Read && size > mStart + mFilled) mAsked = mFilled;
     return mPending > 0 ? std::max(size, mStart + mPending) : size;
 }
 

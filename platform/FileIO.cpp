@@ -36,6 +36,7 @@ FileIO::FileIO(const FileSpec& spec) { mState->path = spec.GetPath(); }
 FileIO::~FileIO() = default;
 
 bool FileIO::Open(FileAccessMode mode) {
+    if (mode != kFileRead && mode != kFileWrite) return mState->file.fail(EINVAL);
     const auto access = mode == kFileRead ? BufferedFile::Mode::Read : BufferedFile::Mode::Write;
     return mState->file.open(mState->path, access);
 }

@@ -200,4 +200,37 @@ TEST(Attribute, IsEmptyOnceMoveAssignedFrom) {
     EXPECT_EQ(source->toString(), "=\"\"");
 }
 
+TEST(Attribute, OutlivesTheElementOfTheOneThatItWasCopiedFrom) {
+    Xml::Attribute kept;
+    {
+        Xml::Element element("e");
+        element.setAttribute("x", "1");
+        kept = *element.getAttribute("x");
+    }
+    kept = Xml::Attribute("y", "2");
+    EXPECT_EQ(kept.toString(), "y=\"2\"");
+}
+
+TEST(Attribute, IsFoundByTheNameItIsHeldUnderHoweverOftenItIsAssigned) {
+    Xml::Element element("e");
+    element.setAttribute("x", "1");
+    Xml::Attribute* held = element.getAttribute("x");
+    *held = Xml::Attribute("y", "2");
+    *held = Xml::Attribute("z", "3");
+    EXPECT_EQ(element.getAttribute("x"), held);
+    EXPECT_EQ(element.getAttribute("y"), nullptr);
+    EXPECT_EQ(element.toString(), "e z=\"3\"");
+    element.setAttribute("x", "4");
+    EXPECT_EQ(element.toString(), "e x=\"4\"");
+}
+
+TEST(Attribute, IsFoundByTheNameItIsHeldUnderAfterItsParentIsSet) {
+    Xml::Element element("e");
+    element.setAttribute("x", "1");
+    element.getAttribute("x")->setParent(nullptr);
+    *element.getAttribute("x") = Xml::Attribute("y", "2");
+    element.setAttribute("x", "5");
+    EXPECT_EQ(element.toString(), "e x=\"5\"");
+}
+
 }  // namespace

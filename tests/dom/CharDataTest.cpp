@@ -267,4 +267,14 @@ TEST(CharData, IsEmptyOnceMovedFrom) {
     EXPECT_EQ(plainOf(*target), "");
 }
 
+TEST(CharData, OutlivesTheElementOfTheOneThatItWasCopiedFrom) {
+    Xml::CharData kept;
+    {
+        const Xml::Element element("e", "t");
+        kept = *element.getChild(0)->toCharData();
+    }
+    kept = Xml::CharData(Xml::DataHolder("x"));
+    EXPECT_EQ(kept.toString(), "x");
+}
+
 }  // namespace

@@ -423,4 +423,37 @@ TEST(DocumentMove, AssignsAllButThePlace) {
     EXPECT_EQ(source->getRoot(), nullptr);
 }
 
+/// Asks its DTD for its text when it dies.
+class LastWords : public Xml::CharData {
+public:
+    LastWords(const Xml::Entity& entity, std::string& words)
+        : Xml::CharData(entity), mWords(words) {}
+    ~LastWords() override { mWords = toString(); }
+
+private:
+    std::string& mWords;
+};
+
+TEST(Document, DestroysItsRootBeforeItsDtd) {
+    std::string words;
+    {
+        auto dtd = std::make_unique<Xml::Dtd>("d");
+        dtd->setEntity("n", "value");
+        auto root = std::make_unique<Xml::Element>("e");
+        root->addChild(new LastWords(Xml::Entity("n"), words));
+        const Xml::Document document(root.release(), dtd.release());
+    }
+    EXPECT_EQ(words, "value");
+}
+
+TEST(DocumentMove, AssignsADocumentThatIsBelowIt) {
+    Xml::Document target(element("a"));
+    auto inner = std::make_unique<Xml::Document>(element("b"), new Xml::Dtd("q"));
+    Xml::Document& source = *inner;
+    target.getRoot()->addChild(inner.release());
+    target = std::move(source);
+    EXPECT_EQ(target.toString(), "<Document> b");
+    EXPECT_EQ(std::string(target.getDtd()->getName()), "q");
+}
+
 }  // namespace

@@ -55,4 +55,11 @@ TEST(Entity, IsEmptyOnceMovedFrom) {
     EXPECT_EQ(target->toString(), "&;");
 }
 
+TEST(Entity, StaysAsItIsWhenMovedOntoItself) {
+    Xml::Entity entity("e");
+    Xml::Entity& same = entity;
+    entity = std::move(same);
+    EXPECT_EQ(entity.toString(), "&e;");
+}
+
 }  // namespace

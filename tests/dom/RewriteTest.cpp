@@ -315,4 +315,12 @@ TEST_F(RewritingAFile, GivesTheWholeTextAfterABindingAndAChange) {
     document.getRoot()->setDtd(nullptr);
 }
 
+TEST_F(Rewriting, WritesATextThatWasMovedAway) {
+    Xml::Element top("e", "abc");
+    EXPECT_EQ(support::writeAt(0, top), "<e>abc</e>");
+    const Xml::CharData taken(std::move(*top.getChild(0)->toCharData()));
+    EXPECT_EQ(taken.toString(), "abc");
+    EXPECT_EQ(support::writeAt(0, top), "<e></e>");
+}
+
 }  // namespace

@@ -99,6 +99,16 @@ std::vector<Node*> subtree(Node& top) {
     return nodes;
 }
 
+std::vector<Node*> contentOf(Node& node) {
+    std::vector<Node*> nodes = subtree(node);
+    nodes.erase(nodes.begin());
+    return nodes;
+}
+
+Xml::Element& element(const Node& node) { return *node.real->toElement(); }
+Xml::CharData& charData(const Node& node) { return *node.real->toCharData(); }
+Xml::Document& document(const Node& node) { return *node.real->toDocument(); }
+
 bool isOnPathUp(const Node& node, const Node* below) {
     while (below != nullptr && below != &node) below = below->parent;
     return below == &node;

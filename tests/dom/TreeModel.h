@@ -39,8 +39,15 @@ struct Node {
 std::vector<Node*> heldBy(const Node& node);
 /// The node and everything below it, parents first.
 std::vector<Node*> subtree(Node& top);
+/// All but the node itself.
+std::vector<Node*> contentOf(Node& node);
 /// Whether `node` is `below` or is met on the way up from it.
 bool isOnPathUp(const Node& node, const Node* below);
+
+/// The real node, as what it is.
+Xml::Element& element(const Node& node);
+Xml::CharData& charData(const Node& node);
+Xml::Document& document(const Node& node);
 
 void touch(Node& node);
 /// Elements hand it on to their children; documents do not.

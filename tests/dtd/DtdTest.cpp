@@ -210,4 +210,16 @@ TEST_F(TouchedDtd, ByBeingMovedFrom) {
     EXPECT_TRUE(isWrittenAgainAfter([this] { const Xml::Dtd moved(std::move(mDtd)); }));
 }
 
+TEST_F(Dtd, RefusesDeclarationsWithoutAModel) {
+    EXPECT_FALSE(mDtd.addElementDecl("a", static_cast<Xml::ContentSpec*>(nullptr)));
+    EXPECT_FALSE(mDtd.addAttDecl("a", "x", static_cast<Xml::AttDef*>(nullptr)));
+    EXPECT_EQ(written(mDtd), "<!DOCTYPE doc [\n]>\n");
+    EXPECT_TRUE(mDtd.addElementDecl("a"));
+}
+
+TEST_F(Dtd, RefersToTheOneEmptyTextWhereThereIsNoDefault) {
+    const Xml::Element element("e");
+    EXPECT_EQ(&mDtd.getDefaultValue("e", "x"), &element.getAttributeValue("x"));
+}
+
 }  // namespace

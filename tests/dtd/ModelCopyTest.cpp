@@ -306,4 +306,24 @@ TEST_F(ModelCopies, AModelCanBeAssignedFromAPartOfItself) {
     EXPECT_EQ(textOf(node), "(a)+");
 }
 
+TEST(MixedSpec, StaysAsItIsWhenMovedOntoItself) {
+    support::Diagnostics diagnostics;
+    Xml::MixedSpec model(nullptr);
+    model.addName("a");
+    Xml::MixedSpec& same = model;
+    model = std::move(same);
+    EXPECT_EQ(textOf(model), "(#PCDATA | a)*");
+}
+
+TEST(MixedSpec, IsEmptyWhenMovedFrom) {
+    support::Diagnostics diagnostics;
+    Xml::MixedSpec model(nullptr);
+    model.addName("a");
+    const Xml::MixedSpec taken(std::move(model));
+    EXPECT_EQ(textOf(taken), "(#PCDATA | a)*");
+    model.addName("a");  // NOLINT(bugprone-use-after-move): that is what is tested
+    EXPECT_EQ(textOf(model), "(#PCDATA | a)*");
+    EXPECT_EQ(diagnostics.take(), std::vector<std::string>());
+}
+
 }  // namespace

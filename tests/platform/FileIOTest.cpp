@@ -173,6 +173,23 @@ TEST_F(FileIOTest, SeesAFileGrow) {
     EXPECT_EQ(file.GetFileLength(), 3U);
 }
 
+TEST_F(FileIOTest, ReadsWhatAFileGrewByOnceItsLengthIsAskedFor) {
+    FileIO file(write("f", "a"));
+    ASSERT_TRUE(file.Open(kFileRead));
+    EXPECT_EQ(file.ReadUInt8(), 'a');
+    mFolder.write("f", "abc");
+    EXPECT_EQ(file.GetFileLength(), 3U);
+    EXPECT_EQ(file.ReadUInt8(), 'b');
+    EXPECT_EQ(file.GetError(), std::error_code());
+}
+
+TEST_F(FileIOTest, OpensForNothingButReadingAndWriting) {
+    FileIO file(write("f", "a"));
+    EXPECT_FALSE(file.Open(static_cast<VexSys::FileAccessMode>(2)));
+    EXPECT_FALSE(file.IsOpened());
+    EXPECT_EQ(file.GetError(), std::errc::invalid_argument);
+}
+
 TEST_F(FileIOTest, DoesNotMoveInFrontOfTheStart) {
     FileIO file(write("f", "ab"));
     ASSERT_TRUE(file.Open(kFileRead));

@@ -191,6 +191,29 @@ TEST(OwningReaders, AreCopiedBeforeTheyRead) {
     });
 }
 
+// A DTD reader adds to the DTD that it has; the others begin anew.
+TEST(OwningReaders, ForgetTheirResultWhenAnotherParseFails) {
+    forEachReader([](auto kind) {
+        SCOPED_TRACE(kind.kInput);
+        auto reader = usedReader<decltype(kind)>();
+        EXPECT_EQ(reading::read(reader, "").substr(0, 10), "false at 0");
+        const bool adds = std::is_same<decltype(kind), Dtds>::value;
+        EXPECT_EQ(kind.take(reader), adds ? kind.kResult : "none");
+    });
+}
+
+TEST(OwningReaders, ReadAgainBehindAMove) {
+    forEachReader([](auto kind) {
+        SCOPED_TRACE(kind.kInput);
+        auto reader = usedReader<decltype(kind)>();
+        const auto moved = std::move(reader);
+        // NOLINTNEXTLINE(bugprone-use-after-move): this is what is tested
+        reading::read(reader, kind.kInput);
+        EXPECT_EQ(reader.getErrorMessage(), moved.getErrorMessage());
+        EXPECT_NE(kind.take(reader), "none");
+    });
+}
+
 /// What the reader tells, and the DTD as it is written then.
 std::string dtdAfter(Xml::Reader& reader, const std::string& declaration, Xml::Dtd& dtd) {
     const std::string outcome = reading::read(reader, declaration);
@@ -254,6 +277,26 @@ TEST(ElementReader, AsksTheSameDtdWhenCopied) {
     Xml::ElementReader copy(reader);
     EXPECT_EQ(reading::read(copy, "<a x='&e;'/>"), "true at 12");
     EXPECT_EQ(support::dump(*copy.getRoot()), "a(x=\"v\")");
+}
+
+TEST(DTDReader, CanBeUsedWhenMovedFrom) {
+    Xml::DTDReader reader("d");
+    const Xml::DTDReader moved(std::move(reader));
+    // NOLINTNEXTLINE(bugprone-use-after-move): that is what is tested
+    EXPECT_EQ(reading::read(reader, "<!ELEMENT a EMPTY>"), "true at 18");
+}
+
+TEST(DoctypeReader, HasNothingAfterAFailureThatFollowsASuccess) {
+    Xml::DoctypeReader reader;
+    EXPECT_EQ(reading::read(reader, "<!DOCTYPE a []>"), "true at 15");
+    reading::read(reader, "<!DOCTYPE b");
+    EXPECT_EQ(reader.extractDtd(), nullptr);
+}
+
+TEST(DocumentReader, ForgetsTheDtdOfAFailedParse) {
+    Xml::DocumentReader reader;
+    reading::read(reader, "<!DOCTYPE a [<!ELEMENT a EMPTY>]><a>");
+    EXPECT_EQ(reading::read(reader, "<b/>").substr(0, 9), "true at 4");
 }
 
 }  // namespace

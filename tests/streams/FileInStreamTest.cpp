@@ -466,4 +466,14 @@ TEST_F(FileInStreamTest, IsEmptyOnceMovedFrom) {
     EXPECT_FALSE(mFile.is_open());
 }
 
+TEST(FileInStream, RefusesWhatIsNoRegularFile) {
+    support::Diagnostics diagnostics;
+    std::ifstream file;
+    Xml::FileInStream in("/dev/zero", &file);
+    char c = 0;
+    EXPECT_FALSE(in.getChar(c));
+    EXPECT_EQ(diagnostics.take(),
+              Texts({"<Xml::FileInStream::FileInStream> Could not open file: /dev/zero"}));
+}
+
 }  // namespace

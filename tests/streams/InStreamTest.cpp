@@ -386,4 +386,13 @@ TEST(InStream, LeavesNoStateBehindWhenMovedFrom) {
 static_assert(std::is_abstract_v<Xml::InStream>);
 static_assert(std::has_virtual_destructor_v<Xml::InStream>);
 
+TEST(InStream, ChecksATokenForTheErrorTextItself) {
+    const std::string name(300, 'b');
+    PlainInStream in("1x <?1" + name + " rest");
+    std::string ignored;
+    in.getName(ignored);
+    EXPECT_FALSE(in.checkToken(in.getErrorMessage()));
+    EXPECT_EQ(in.getErrorMessage(), "\"not a name: 1x\" expected");
+}
+
 }  // namespace

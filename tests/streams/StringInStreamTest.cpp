@@ -172,4 +172,14 @@ TEST(StringInStream, RefusesATextOfTwoGiB) {
     EXPECT_EQ(in.getPosition(), 0);
 }
 
+TEST(StringInStream, KeepsTheStateOfTheLexerWhenMovedOntoItself) {
+    Xml::StringInStream in("\r\r1 2");
+    std::string ignored;
+    in.getName(ignored);
+    Xml::StringInStream& same = in;
+    in = std::move(same);
+    EXPECT_EQ(in.getErrorMessage(), "not a name: 1");
+    EXPECT_EQ(in.getColumn(), 1);
+}
+
 }  // namespace
