@@ -24,6 +24,7 @@ Attribute::Attribute(const std::string& name, const DataHolder& value)
 Attribute::Attribute(const Attribute& other)
     : Object(other), mName(other.mName), mValue(other.mValue) {}
 
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): keeping a held name may allocate
 Attribute::Attribute(Attribute&& other) : Object(other), mName(other.mName) {
     mValue.swap(other.mValue);
     other.rename({});
@@ -38,6 +39,7 @@ Attribute& Attribute::operator=(const Attribute& other) {
     return *this;
 }
 
+// NOLINTNEXTLINE(performance-noexcept-move-constructor): keeping a held name may allocate
 Attribute& Attribute::operator=(Attribute&& other) {
     if (this == &other) return *this;
     *this = std::as_const(other);

@@ -20,7 +20,7 @@ Document::Document(Element* root, Dtd* dtd) : mDocumentDtd(dtd), mRoot(root) {
 
 // The link to the source's DTD is not taken over: nothing looks anything up through it, and the
 // copy may live longer.
-Document::Document(const Document& other) : Object() {
+Document::Document(const Document& other) : Document() {
     if (other.mRoot) mRoot.reset(other.mRoot->clone()->toElement());
     if (other.mDocumentDtd) mDocumentDtd.reset(other.mDocumentDtd->clone()->toDtd());
     linkContent();

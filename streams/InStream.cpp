@@ -78,6 +78,7 @@ bool InStream::getString(std::string& quoted) {
 
 // What is expected may be the error text, which reading changes.
 bool InStream::checkToken(const std::string& expected) {
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): see above
     const std::string wanted = expected;
     mParseBuffer.clear();
     return checkTokenInParseBuffer(wanted.data(), static_cast<int>(wanted.size()));
