@@ -95,7 +95,7 @@ Xml::Element* makeChain(int depth) {
 }
 
 void runOnSmallStack(void (*work)()) {
-    constexpr std::size_t kStackSize = 256 * 1024;
+    constexpr std::size_t kStackSize = std::size_t{256} * 1024;
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     pthread_attr_setstacksize(&attributes, kStackSize);
