@@ -10,17 +10,7 @@
 #include <string>
 #include <system_error>
 
-#if defined(VEXSYS_STATIC)
-#define VEXSYS_API
-#elif defined(_WIN32)
-#if defined(VEXSYS_BUILDING)
-#define VEXSYS_API __declspec(dllexport)
-#else
-#define VEXSYS_API __declspec(dllimport)
-#endif
-#else
-#define VEXSYS_API __attribute__((visibility("default")))
-#endif
+#include "VexSys/Export.h"
 
 namespace VexSys {
 
