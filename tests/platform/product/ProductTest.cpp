@@ -51,10 +51,12 @@ TEST(Product, GetsItsFileObjectsBack) {
     contentsOf("doc") = "abc";
     {
         Xml::FileSpecInStream in(FileSpec("doc"));
-        const Xml::FileSpecInStream copy(in);
+        Xml::FileSpecInStream copy(in);
         Xml::FileSpecOutStream out(FileSpec("other"));
         const Xml::FileSpecInStream missing(FileSpec("missing"));
         EXPECT_EQ(VexSys::livingFiles(), 2);
+        char c = 0;
+        EXPECT_TRUE(copy.getChar(c));
     }
     EXPECT_EQ(VexSys::livingFiles(), 0);
 }
