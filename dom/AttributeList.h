@@ -16,6 +16,9 @@ namespace Xml {
 /// whatever order they come. No block is empty.
 class AttributeList {
 public:
+    /// The attributes of the element; null when it has none.
+    static const AttributeList* of(const Element& element) { return element.mAttributes.get(); }
+
     int size() const { return mSize; }
     /// Null when there is none.
     Attribute* find(const std::string& name) const;

@@ -351,6 +351,7 @@ protected:
     void write(OutStream& out) const override;
 
 private:
+    friend class AttributeList;
     friend class Validator;
 
     struct WithoutChildren {};

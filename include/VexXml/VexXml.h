@@ -7,3 +7,4 @@
 #include "VexXml/Readers.h"
 #include "VexXml/Streams.h"
 #include "VexXml/Values.h"
+#include "VexXml/XPath.h"

@@ -1,0 +1,222 @@
+#include "xpath/AxisWalk.h"
+
+#include <algorithm>
+
+#include "dom/AttributeList.h"
+#include "xpath/FollowingNodes.h"
+#include "xpath/NodeTest.h"
+#include "xpath/PrecedingNodes.h"
+
+namespace Xml {
+
+void AxisWalk::collect(const Step& step, const NodeList& context, NodeList& output, Extent extent) {
+    mTest = &step.test;
+    mOutput = &output;
+    mExtent = extent;
+    output.clear();
+    if (step.afterDoubleSlash) {
+        collectAfterDoubleSlash(step, context);
+    } else {
+        collectAlong(step.axis, context);
+    }
+}
+
+// "//" stands for all that is in the subtrees of the context nodes. On the axes that lead to each
+// node from one other only, that need not be kept in a list.
+void AxisWalk::collectAfterDoubleSlash(const Step& step, const NodeList& context) {
+    const bool isOneToOne = step.axis == XPath::ChildAxis || step.axis == XPath::AttributeAxis ||
+                            step.axis == XPath::SelfAxis;
+    if (isOneToOne) {
+        mSubtrees.walk(context, Subtrees::Tops::Included, [&](Object& node) {
+            collectAlong(step.axis, node);
+            return !isFull();
+        });
+        return;
+    }
+    NodeList nodes;
+    mSubtrees.walk(context, Subtrees::Tops::Included, [&nodes](Object& node) {
+        nodes.push_back(&node);
+        return true;
+    });
+    collectAlong(step.axis, nodes);
+}
+
+void AxisWalk::collectAlong(XPath::Axis axis, const NodeList& context) {
+    mHasSeveral = context.size() > 1;
+    mSeen.clear();
+    switch (axis) {
+        case XPath::DescendantAxis:
+            return GetDescendantsOf(context, Subtrees::Tops::Excluded);
+        case XPath::DescendantOrSelfAxis:
+            return GetDescendantsOf(context, Subtrees::Tops::Included);
+        case XPath::FollowingAxis:
+            return GetFollowingOf(context);
+        case XPath::PrecedingAxis:
+            return GetPrecedingOf(context);
+        default:
+            break;
+    }
+    for (Object* node : context) {
+        collectAlong(axis, *node);
+        if (isFull()) return;
+    }
+}
+
+void AxisWalk::collectAlong(XPath::Axis axis, Object& node) {
+    switch (axis) {
+        case XPath::ChildAxis:
+            return GetChildrenOf(node);
+        case XPath::AttributeAxis:
+            return GetAttributesOf(node);
+        case XPath::ParentAxis:
+            return GetParentOf(node);
+        case XPath::AncestorAxis:
+            return GetAncestorsOf(node, false);
+        case XPath::AncestorOrSelfAxis:
+            return GetAncestorsOf(node, true);
+        case XPath::FollowingSiblingAxis:
+            return GetFollowingSiblingsOf(node);
+        case XPath::PrecedingSiblingAxis:
+            return GetPrecedingSiblingsOf(node);
+        default:
+            return GetSelfOf(node);
+    }
+}
+
+void AxisWalk::GetChildrenOf(Object& node) {
+    if (node.isDocument()) {
+        if (Element* root = node.toDocument()->getRoot()) offer(*root);
+    } else if (node.isElement()) {
+        Element& element = *node.toElement();
+        offerChildren(element, 0, element.getChildCount());
+    }
+}
+
+void AxisWalk::GetAttributesOf(Object& node) {
+    if (!node.isElement()) return;
+    const AttributeList* attributes = AttributeList::of(*node.toElement());
+    if (attributes == nullptr) return;
+    attributes->forEach([this](Attribute& attribute) {
+        if (!isFull()) offer(attribute);
+    });
+}
+
+void AxisWalk::GetSelfOf(Object& node) { offer(node); }
+
+void AxisWalk::GetParentOf(Object& node) {
+    Object* parent = node.isDocument() ? nullptr : node.getParent();
+    if (parent != nullptr && isNew(*parent)) offer(*parent);
+}
+
+// From the top down. Above one that has been a candidate, all have been.
+void AxisWalk::GetAncestorsOf(Object& node, bool includesNode) {
+    mAncestors.clear();
+    for (Object* above = node.getParent(); above != nullptr && isNew(*above) && !isFull();
+         above = above->getParent()) {
+        if (mExtent == Extent::Whether) {
+            offer(*above);
+        } else {
+            mAncestors.push_back(above);
+        }
+    }
+    for (auto ancestor = mAncestors.rbegin(); ancestor != mAncestors.rend(); ++ancestor) {
+        offer(**ancestor);
+    }
+    if (includesNode && isNew(node)) offer(node);
+}
+
+void AxisWalk::GetDescendantsOf(const NodeList& nodes, Subtrees::Tops tops) {
+    mSubtrees.walk(nodes, tops, [this](Object& candidate) {
+        offer(candidate);
+        return !isFull();
+    });
+}
+
+void AxisWalk::GetFollowingSiblingsOf(Object& node) {
+    Element* parent = parentWithSiblings(node);
+    const int index = parent != nullptr ? mSiblings.indexOf(*parent, node) : -1;
+    if (index < 0) return;
+    const int count = parent->getChildCount();
+    if (!mHasSeveral) return offerChildren(*parent, index + 1, count);
+    NodeTable::Value& begun = mSeen.valueOf(parent, static_cast<NodeTable::Value>(count));
+    offerChildren(*parent, index + 1, static_cast<int>(begun));
+    begun = std::min(begun, static_cast<NodeTable::Value>(index + 1));
+}
+
+void AxisWalk::GetPrecedingSiblingsOf(Object& node) {
+    Element* parent = parentWithSiblings(node);
+    const int index = parent != nullptr ? mSiblings.indexOf(*parent, node) : -1;
+    if (index < 0) return;
+    if (!mHasSeveral) return offerChildren(*parent, 0, index);
+    NodeTable::Value& ended = mSeen.valueOf(parent, 0);
+    offerChildren(*parent, static_cast<int>(ended), index);
+    ended = std::max(ended, static_cast<NodeTable::Value>(index));
+}
+
+// Null when the node cannot have siblings.
+Element* AxisWalk::parentWithSiblings(const Object& node) const {
+    if (node.isDocument() || node.isAttribute()) return nullptr;
+    Object* parent = node.getParent();
+    return parent != nullptr && parent->isElement() ? parent->toElement() : nullptr;
+}
+
+void AxisWalk::GetFollowingOf(const NodeList& nodes) {
+    if (nodes.size() == 1) {
+        if (!isBelowRoot(*nodes.front())) return;
+        const DocumentOrder::Range range = order().following(*nodes.front());
+        return offerRange(range.begin, range.end);
+    }
+    FollowingNodes following(order());
+    for (const Object* node : nodes) {
+        if (isBelowRoot(*node)) offer(following.gather(*node));
+    }
+}
+
+void AxisWalk::GetPrecedingOf(const NodeList& nodes) {
+    if (nodes.size() == 1) return GetPrecedingOf(*nodes.front());
+    PrecedingNodes preceding(order());
+    for (const Object* node : nodes) {
+        if (isBelowRoot(*node)) offer(preceding.gather(*node));
+    }
+}
+
+void AxisWalk::GetPrecedingOf(const Object& node) {
+    if (!isBelowRoot(node)) return;
+    const DocumentOrder::NotPreceding excluded = order().notPreceding(node);
+    for (DocumentOrder::Place place = 0; place < excluded.begin && !isFull(); ++place) {
+        if (!order().isOnPath(place, excluded.holder)) offer(*order().node(place));
+    }
+    offerRange(excluded.end, order().size());
+}
+
+// Nothing follows or precedes a document or its root element.
+bool AxisWalk::isBelowRoot(const Object& node) const {
+    return !node.isDocument() && &node != mDocument.getRoot();
+}
+
+const DocumentOrder& AxisWalk::order() {
+    if (!mOrder) mOrder = std::make_unique<DocumentOrder>(mDocument);
+    return *mOrder;
+}
+
+void AxisWalk::offer(Object& candidate) {
+    if (CompliesToKindTest(candidate, *mTest)) mOutput->push_back(&candidate);
+}
+
+void AxisWalk::offer(const std::vector<DocumentOrder::Place>& places) {
+    for (const DocumentOrder::Place place : places) offer(*order().node(place));
+}
+
+void AxisWalk::offerRange(DocumentOrder::Place begin, DocumentOrder::Place end) {
+    for (DocumentOrder::Place place = begin; place < end && !isFull(); ++place) {
+        offer(*order().node(place));
+    }
+}
+
+void AxisWalk::offerChildren(Element& parent, int begin, int end) {
+    for (int index = begin; index < end && !isFull(); ++index) offer(*parent.getChild(index));
+}
+
+bool AxisWalk::isNew(const Object& candidate) { return !mHasSeveral || mSeen.insert(&candidate); }
+
+}  // namespace Xml

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <memory>
+
+#include "VexXml/Dom.h"
+#include "xpath/Comparison.h"
+#include "xpath/DocumentOrder.h"
+#include "xpath/NodeTable.h"
+#include "xpath/Program.h"
+#include "xpath/SiblingPlaces.h"
+#include "xpath/Subtrees.h"
+
+namespace Xml {
+
+/// Applies location steps. What it learns about a document it keeps for the steps to come, so the
+/// tree must not change while it lives.
+class AxisWalk {
+public:
+    enum class Extent { All, Whether };
+
+    explicit AxisWalk(Document& document) : mDocument(document) {}
+
+    /// Puts what the step selects from the context nodes into `output`, each node once and in the
+    /// order in which the nodes of the context lead to it. With `Extent::Whether` only one node is
+    /// sought, whichever is found first. Needs: each node of the context is there once.
+    void collect(const Step& step, const NodeList& context, NodeList& output,
+                 Extent extent = Extent::All);
+
+private:
+    void collectAfterDoubleSlash(const Step& step, const NodeList& context);
+    void collectAlong(XPath::Axis axis, const NodeList& context);
+    void collectAlong(XPath::Axis axis, Object& node);
+
+    void GetChildrenOf(Object& node);
+    void GetAttributesOf(Object& node);
+    void GetSelfOf(Object& node);
+    void GetParentOf(Object& node);
+    void GetAncestorsOf(Object& node, bool includesNode);
+    void GetDescendantsOf(const NodeList& nodes, Subtrees::Tops tops);
+    void GetFollowingSiblingsOf(Object& node);
+    void GetPrecedingSiblingsOf(Object& node);
+    void GetFollowingOf(const NodeList& nodes);
+    void GetPrecedingOf(const NodeList& nodes);
+    void GetPrecedingOf(const Object& node);
+
+    void offer(Object& candidate);
+    void offer(const std::vector<DocumentOrder::Place>& places);
+    void offerRange(DocumentOrder::Place begin, DocumentOrder::Place end);
+    void offerChildren(Element& parent, int begin, int end);
+    bool isNew(const Object& candidate);
+    bool isFull() const { return mExtent == Extent::Whether && !mOutput->empty(); }
+    Element* parentWithSiblings(const Object& node) const;
+    bool isBelowRoot(const Object& node) const;
+    const DocumentOrder& order();
+
+    Document& mDocument;
+    std::unique_ptr<DocumentOrder> mOrder;  ///< null until it is needed
+    SiblingPlaces mSiblings;
+    Subtrees mSubtrees;
+
+    // Of the step that is being applied.
+    const NodeTest* mTest = nullptr;
+    NodeList* mOutput = nullptr;
+    Extent mExtent = Extent::All;
+    bool mHasSeveral = false;  ///< context nodes, so that candidates may come more than once
+    /// The parents and ancestors that were candidates; or, on a sibling axis, the parents, each
+    /// with the index up to which, or from which on, its children were candidates.
+    NodeTable mSeen;
+    NodeList mAncestors;  ///< of one context node
+};
+
+}  // namespace Xml

@@ -1,0 +1,190 @@
+#include "xpath/Compiler.h"
+
+#include <array>
+#include <utility>
+
+#include "xpath/Values.h"
+
+namespace Xml {
+namespace {
+
+bool isDigit(wchar_t unit) { return unit >= L'0' && unit <= L'9'; }
+
+// Which operators one pass of folding takes.
+enum class Pass { Multiplicative, Additive, Relational, Equality };
+
+constexpr std::array kPasses = {Pass::Multiplicative, Pass::Additive, Pass::Relational,
+                                Pass::Equality};
+
+Pass passOf(XPath::ExpressionOperators op) {
+    switch (op) {
+        case XPath::Multiplication:
+        case XPath::Division:
+            return Pass::Multiplicative;
+        case XPath::Addition:
+        case XPath::Subtraction:
+            return Pass::Additive;
+        case XPath::Equal:
+        case XPath::NotEqual:
+            return Pass::Equality;
+        default:
+            return Pass::Relational;
+    }
+}
+
+// An operand, or what was folded into one, and the operator behind it.
+struct Term {
+    std::size_t index;
+    bool isCommon;
+    XPath::ExpressionOperators op;
+};
+
+// Folds each term with its right neighbour where the operator between them belongs to the pass,
+// from left to right.
+std::vector<Term> fold(const std::vector<Term>& terms, Pass pass, Expression& expression) {
+    std::vector<Term> rest;
+    for (const Term& term : terms) {
+        if (rest.empty() || passOf(rest.back().op) != pass) {
+            rest.push_back(term);
+            continue;
+        }
+        Term& left = rest.back();
+        left.isCommon = left.isCommon && term.isCommon;
+        expression.folds.push_back({left.op, left.index, term.index, left.isCommon});
+        left.index = expression.operands.size() + expression.folds.size() - 1;
+        left.op = term.op;
+    }
+    return rest;
+}
+
+void foldOperands(const std::vector<ExpressionItem>& items, Expression& expression) {
+    std::vector<Term> terms;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        terms.push_back({i, expression.operands[i].isCommon(), items[i].op});
+    }
+    for (const Pass pass : kPasses) terms = fold(terms, pass, expression);
+}
+
+}  // namespace
+
+// Invariant: everything in front of the place that a frame has reached is decoded.
+bool Compiler::compile(Program& program) {
+    mProgram = &program;
+    if (!open(mText.whole(), 1)) return false;
+    while (!mFrames.empty()) {
+        if (!advance()) return false;
+    }
+    return true;
+}
+
+bool Compiler::open(Piece text, unsigned long level) {
+    Frame frame{mProgram->expressions.size(), level, mScanner.SplitExpression(text)};
+    if (frame.items.empty()) return mScanner.fail(XPath::NoXPathSpecified, text);
+    mProgram->expressions.emplace_back();
+    mFrames.push_back(std::move(frame));
+    return true;
+}
+
+bool Compiler::advance() {
+    Frame& frame = mFrames.back();
+    if (Predicate* predicate = nextPredicate(frame)) {
+        predicate->expression = mProgram->expressions.size();
+        return open(predicate->text, operandOf(frame).steps.back().level + 1);
+    }
+    if (!frame.path.isEmpty()) return decodeStep(frame);
+    if (frame.nextItem < frame.items.size()) return decodeOperand(frame);
+    foldOperands(frame.items, mProgram->expressions[frame.expression]);
+    mFrames.pop_back();
+    return true;
+}
+
+Predicate* Compiler::nextPredicate(Frame& frame) {
+    if (frame.nextItem == 0) return nullptr;
+    std::vector<Step>& steps = operandOf(frame).steps;
+    if (steps.empty() || frame.nextPredicate == steps.back().predicates.size()) return nullptr;
+    return &steps.back().predicates[frame.nextPredicate++];
+}
+
+Operand& Compiler::operandOf(const Frame& frame) {
+    return mProgram->expressions[frame.expression].operands.back();
+}
+
+// Operand ::= Literal | Number | Function | Path
+bool Compiler::decodeOperand(Frame& frame) {
+    const Piece text = frame.items[frame.nextItem++].text;
+    Operand& operand = mProgram->expressions[frame.expression].operands.emplace_back();
+    const wchar_t first = text.isEmpty() ? L'\0' : mText[text.begin];
+    if (IsBeginLiteral(first)) {
+        operand.kind = Operand::Kind::Literal;
+        if (!mScanner.ExtractLiteral(text, operand.literal)) return false;
+        operand.literalKey = comparisonKey(operand.literal);
+        return true;
+    }
+    if (isDigit(first)) {
+        operand.kind = Operand::Kind::Number;
+        return mScanner.ExtractNumber(text, operand.number);
+    }
+    switch (decodeFunction(text, operand)) {
+        case XPath::FunctionRead:
+            return checkContext();
+        case XPath::MalformedFunction:
+            return false;
+        default:
+            return decodePath(frame, text);
+    }
+}
+
+XPath::FunctionState Compiler::decodeFunction(Piece text, Operand& operand) {
+    operand.kind = Operand::Kind::Position;
+    const XPath::FunctionState state = mScanner.ExtractFunction("position", text);
+    if (state != XPath::NotThisFunction) return state;
+    operand.kind = Operand::Kind::Last;
+    return mScanner.ExtractFunction("last", text);
+}
+
+// Path ::= "/" | ("/" "/"*)? Step ("/" "/"* Step)*
+//
+// A relative one has a step in any case, if only one that turns out to be empty.
+bool Compiler::decodePath(Frame& frame, Piece text) {
+    const bool isAbsolute = !text.isEmpty() && mText[text.begin] == L'/';
+    operandOf(frame).kind = isAbsolute ? Operand::Kind::AbsolutePath : Operand::Kind::RelativePath;
+    frame.path = {text.begin + (isAbsolute ? 1 : 0), text.end};
+    frame.stepLevel = frame.level;
+    return isAbsolute || (decodeStep(frame) && checkContext());
+}
+
+// Every further slash in front of the step makes it a "//" once more, which selects nothing new but
+// counts as a level.
+bool Compiler::decodeStep(Frame& frame) {
+    Step step;
+    while (!frame.path.isEmpty() && mText[frame.path.begin] == L'/') {
+        ++frame.path.begin;
+        ++frame.stepLevel;
+        step.afterDoubleSlash = true;
+        if (frame.path.isEmpty()) return mScanner.fail(XPath::DoubleSlashAtEnd, L"//");
+    }
+    step.level = frame.stepLevel++;
+    Piece text{};
+    if (!mScanner.SplitLocationPath(frame.path, text) || !decodeTest(text, step)) return false;
+    operandOf(frame).steps.push_back(std::move(step));
+    frame.nextPredicate = 0;
+    return true;
+}
+
+bool Compiler::decodeTest(Piece text, Step& step) {
+    if (!mScanner.ExtractPredicates(text, step.predicates)) return false;
+    step.testText = mText.asWritten(text);
+    if (!mScanner.ExtractAxis(step.testText, step.axis)) return false;
+    if (mScanner.ExtractKindTest(step.testText, step.test)) return true;
+    if (mScanner.error().code != XPath::NoError) return false;
+    const bool isAttribute = step.axis == XPath::AttributeAxis;
+    return mScanner.fail(isAttribute ? XPath::NoValidAttributeName : XPath::NoValidNameOrTest,
+                         step.testText);
+}
+
+bool Compiler::checkContext() {
+    if (mContext == Context::Nodes || mFrames.size() > 1) return true;
+    return mScanner.fail(XPath::ContextIsNotANode, VexSys::Uni16String());
+}
+
+}  // namespace Xml

@@ -1,0 +1,69 @@
+#include "xpath/DocumentOrder.h"
+
+namespace Xml {
+
+// Invariant: `parent` is the innermost element that is not done, and `next` its child to go on
+// with.
+DocumentOrder::DocumentOrder(Document& document) {
+    struct Open {
+        Element* element;
+        Place place;
+        int next;
+    };
+    std::vector<Open> open;
+    if (Element* root = document.getRoot()) open.push_back({root, kNone, 0});
+    while (!open.empty()) {
+        const auto [element, place, next] = open.back();
+        Object* child = element->getChild(next);
+        if (child == nullptr) {
+            if (place != kNone) mEntries[place].end = size();
+            open.pop_back();
+            continue;
+        }
+        ++open.back().next;
+        const Place here = size();
+        mEntries.push_back({child, place, here + 1});
+        if (child->isElement()) open.push_back({child->toElement(), here, 0});
+    }
+    mPlaces.reserve(mEntries.size());
+    for (Place place = 0; place < size(); ++place) mPlaces.insert(node(place), place);
+}
+
+DocumentOrder::Range DocumentOrder::following(const Object& node) const {
+    const Place place = placeOf(node);
+    if (place == kNone) return {size(), size()};
+    return {mEntries[place].end, endOfSiblings(place)};
+}
+
+// An attribute has no siblings.
+DocumentOrder::NotPreceding DocumentOrder::notPreceding(const Object& node) const {
+    const Place place = placeOf(node);
+    if (place == kNone) return {holderOf(node), size(), size()};
+    return {parentOf(place), place, endOfSiblings(place)};
+}
+
+bool DocumentOrder::isOnPath(Place place, Place holder) const {
+    return holder != kNone && place <= holder && holder < mEntries[place].end;
+}
+
+// `kNone` for the root and all that is not below it.
+DocumentOrder::Place DocumentOrder::placeOf(const Object& node) const {
+    const NodeTable::Value* place = mPlaces.find(&node);
+    return place != nullptr ? *place : kNone;
+}
+
+DocumentOrder::Place DocumentOrder::holderOf(const Object& node) const {
+    for (const Object* above = node.getParent(); above != nullptr; above = above->getParent()) {
+        const Place place = placeOf(*above);
+        if (place != kNone) return place;
+    }
+    return kNone;
+}
+
+// Just behind the last sibling and all below that.
+DocumentOrder::Place DocumentOrder::endOfSiblings(Place place) const {
+    const Place parent = parentOf(place);
+    return parent == kNone ? size() : mEntries[parent].end;
+}
+
+}  // namespace Xml

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "VexXml/XPath.h"
+#include "xpath/ExpressionText.h"
+
+namespace Xml {
+
+/// What a name must be like.
+struct NameTest {
+    enum class Form {
+        Any,        ///< `*`
+        LocalName,  ///< `*:item`
+        Prefix,     ///< `ns:*`
+        WholeName   ///< `item` or `ns:item`
+    };
+    Form form = Form::Any;
+    /// In UTF-8. LocalName: ":item", Prefix: "ns:", WholeName: the name.
+    std::string name;
+};
+
+struct NodeTest {
+    XPath::KindTest kind = XPath::NoKind;
+    NameTest name;
+};
+
+/// A predicate of a step.
+struct Predicate {
+    Piece text;                  ///< without its brackets
+    std::size_t expression = 0;  ///< in `Program::expressions`
+};
+
+/// One step of a location path.
+struct Step {
+    /// Counts the slashes in front of the step, from the start of the whole expression or of the
+    /// predicate, which itself counts one more than the step that it belongs to.
+    unsigned long level = 0;
+    bool afterDoubleSlash = false;
+    XPath::Axis axis = XPath::NoAxis;
+    NodeTest test;
+    VexSys::Uni16String testText;  ///< the node test as the expression has it
+    std::vector<Predicate> predicates;
+};
+
+/// One operand of an expression.
+struct Operand {
+    enum class Kind {
+        Literal,       ///< `'text'`
+        Number,        ///< `12.5`
+        Position,      ///< `position()`
+        Last,          ///< `last()`
+        AbsolutePath,  ///< `/menu/dish`, from the document; `/` is the document itself
+        RelativePath   ///< `dish/@name`, from each context item
+    };
+    Kind kind = Kind::RelativePath;
+    VexSys::Uni16String literal;  ///< Literal only, without its quotes
+    std::string literalKey;       ///< Literal only: its comparison key
+    double number = 0;            ///< Number only
+    std::vector<Step> steps;      ///< paths only; none for `/`
+
+    /// Whether it comes to the same for every context item. It goes by what the operand is, not by
+    /// what it finds.
+    bool isCommon() const { return kind != Kind::Position && kind != Kind::RelativePath; }
+};
+
+/// Two operands made into one. Each of them is an operand of the expression by its index or, from
+/// the number of operands on, the outcome of an earlier fold.
+struct Fold {
+    XPath::ExpressionOperators op;
+    std::size_t left;
+    std::size_t right;
+    bool isCommon;  ///< both of them are
+};
+
+/// Operands, and how to fold them, in this order, into one. Never without an operand.
+struct Expression {
+    std::vector<Operand> operands;
+    std::vector<Fold> folds;
+};
+
+/// A whole expression decoded. Predicates are expressions too, kept in one list, so that neither
+/// decoding nor freeing them takes call stack for each level. The first is the whole expression.
+struct Program {
+    std::vector<Expression> expressions;
+};
+
+}  // namespace Xml

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "xpath/Error.h"
+#include "xpath/ExpressionText.h"
+#include "xpath/Program.h"
+
+namespace Xml {
+
+/// An operand as it stands in an expression, and the operator behind it.
+struct ExpressionItem {
+    Piece text;
+    XPath::ExpressionOperators op;  ///< `NoOperator` behind the last one
+};
+
+/// Takes pieces of an expression apart. What fails answers false and leaves an error; where it is
+/// said, without a code.
+class Scanner {
+public:
+    explicit Scanner(const ExpressionText& text) : mText(text) {}
+
+    /// Expression ::= Operand (Operator Operand)*
+    ///
+    /// An operand may be empty, but for the last, which is then left out.
+    std::vector<ExpressionItem> SplitExpression(Piece expression) const;
+
+    /// Path ::= Step ("/" Step)*
+    ///
+    /// Cuts off the first step and moves the beginning of `path` behind the "/" that follows it.
+    bool SplitLocationPath(Piece& path, Piece& step);
+    /// Step ::= (Axis "::" | "@")? NodeTest ("[" Expression "]")*
+    ///
+    /// Takes the predicates off.
+    bool ExtractPredicates(Piece& step, std::vector<Predicate>& predicates);
+    /// Takes the axis off.
+    bool ExtractAxis(VexSys::Uni16String& step, XPath::Axis& axis);
+    /// NodeTest ::= KindTest | NameTest
+    ///
+    /// May fail without a code.
+    bool ExtractKindTest(const VexSys::Uni16String& step, NodeTest& test);
+
+    /// The operands that are no paths. Each needs a text that begins as such.
+    bool ExtractLiteral(Piece operand, VexSys::Uni16String& literal);
+    bool ExtractNumber(Piece operand, double& number);
+    /// Function ::= Name "(" [^)]* ")"
+    XPath::FunctionState ExtractFunction(const char* name, Piece operand);
+
+    bool fail(XPath::ErrorCode code, const VexSys::Uni16String& detail);
+    bool fail(XPath::ErrorCode code, Piece detail);
+    const XPathError& error() const { return mError; }
+
+private:
+    bool GetNameTest(const VexSys::Uni16String& step, NameTest& test);
+
+    const ExpressionText& mText;
+    XPathError mError;
+};
+
+}  // namespace Xml
