@@ -10,10 +10,12 @@
 #include "support/FileLikeInStream.h"
 #include "support/PlainInStream.h"
 #include "support/ReferenceLexer.h"
+#include "support/ShortTexts.h"
 
 namespace {
 
 using support::FileLikeInStream;
+using support::forEachText;
 using support::PlainInStream;
 using support::ReferenceLexer;
 
@@ -145,22 +147,6 @@ bool agreeOn(const std::string& text, const Operation& first) {
     Stream source(text);
     ReferenceLexer reference(source);
     return agree(in, reference, first, text) && tokensAgree(in, reference, text);
-}
-
-/// Calls `visit` with every text of up to `length` pieces.
-template <class Visit>
-void forEachText(const std::vector<std::string>& pieces, int length, const Visit& visit) {
-    std::vector<std::size_t> digits;
-    for (;;) {
-        std::string text;
-        for (const std::size_t digit : digits) text += pieces[digit];
-        if (!visit(text)) return;
-        std::size_t place = 0;
-        while (place < digits.size() && ++digits[place] == pieces.size()) digits[place++] = 0;
-        if (place < digits.size()) continue;
-        if (static_cast<int>(digits.size()) == length) return;
-        digits.push_back(0);
-    }
 }
 
 const std::vector<std::string> kPieces = {"<",  "!", "?",  "[",  "-", "/", ">",     "&",  ";",

@@ -51,10 +51,10 @@ bool ReferenceXPath::evaluateOperand(const Items& context, const Text& text, Pla
                                      Value& value) {
     if (!text.empty() && xpath::isQuote(text.front())) return evaluateLiteral(text, value);
     if (!text.empty() && xpath::isDigit(text.front())) return evaluateNumber(text, value);
-    const Query::FunctionState position = xpath::readFunction("position", text, mError);
+    const Query::FunctionState position = xpath::readFunction(L"position", text, mError);
     if (position == Query::FunctionRead) return evaluatePosition(context, place.isReverse, value);
     if (position == Query::MalformedFunction) return false;
-    const Query::FunctionState last = xpath::readFunction("last", text, mError);
+    const Query::FunctionState last = xpath::readFunction(L"last", text, mError);
     if (last == Query::FunctionRead) return evaluateLast(context, place.isReverse, value);
     if (last == Query::MalformedFunction) return false;
     if (xpath::beginsWith(text, L'/')) return evaluateAbsolutePath(text, place.level, value);

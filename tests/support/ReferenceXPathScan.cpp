@@ -1,55 +1,58 @@
 #include "support/ReferenceXPathScan.h"
 
 #include <algorithm>
+#include <cwchar>
 
 namespace support::xpath {
 namespace {
 
 const struct {
-    const char* text;
+    const wchar_t* text;
     Query::ExpressionOperators meaning;
 } kOperators[] = {
-    {" eq ", Query::Equal},         {"=", Query::Equal},          {" ne ", Query::NotEqual},
-    {"!=", Query::NotEqual},        {" le ", Query::LessOrEqual}, {"<=", Query::LessOrEqual},
-    {" lt ", Query::Less},          {"<", Query::Less},           {" ge ", Query::GreaterOrEqual},
-    {">=", Query::GreaterOrEqual},  {" gt ", Query::Greater},     {">", Query::Greater},
-    {" + ", Query::Addition},       {" - ", Query::Subtraction},  {" div ", Query::Division},
-    {" * ", Query::Multiplication},
+    {L" eq ", Query::Equal},          {L"=", Query::Equal},
+    {L" ne ", Query::NotEqual},       {L"!=", Query::NotEqual},
+    {L" le ", Query::LessOrEqual},    {L"<=", Query::LessOrEqual},
+    {L" lt ", Query::Less},           {L"<", Query::Less},
+    {L" ge ", Query::GreaterOrEqual}, {L">=", Query::GreaterOrEqual},
+    {L" gt ", Query::Greater},        {L">", Query::Greater},
+    {L" + ", Query::Addition},        {L" - ", Query::Subtraction},
+    {L" div ", Query::Division},      {L" * ", Query::Multiplication},
 };
 
 const struct {
-    const char* name;
+    const wchar_t* name;
     Query::Axis axis;
 } kAxes[] = {
-    {"descendant-or-self", Query::DescendantOrSelfAxis},
-    {"ancestor-or-self", Query::AncestorOrSelfAxis},
-    {"attribute", Query::AttributeAxis},
-    {"child", Query::ChildAxis},
-    {"descendant", Query::DescendantAxis},
-    {"parent", Query::ParentAxis},
-    {"ancestor", Query::AncestorAxis},
-    {"following-sibling", Query::FollowingSiblingAxis},
-    {"preceding-sibling", Query::PrecedingSiblingAxis},
-    {"following", Query::FollowingAxis},
-    {"preceding", Query::PrecedingAxis},
-    {"self", Query::SelfAxis},
+    {L"descendant-or-self", Query::DescendantOrSelfAxis},
+    {L"ancestor-or-self", Query::AncestorOrSelfAxis},
+    {L"attribute", Query::AttributeAxis},
+    {L"child", Query::ChildAxis},
+    {L"descendant", Query::DescendantAxis},
+    {L"parent", Query::ParentAxis},
+    {L"ancestor", Query::AncestorAxis},
+    {L"following-sibling", Query::FollowingSiblingAxis},
+    {L"preceding-sibling", Query::PrecedingSiblingAxis},
+    {L"following", Query::FollowingAxis},
+    {L"preceding", Query::PrecedingAxis},
+    {L"self", Query::SelfAxis},
 };
 
 const struct {
-    const char* keyword;
+    const wchar_t* keyword;
     Query::KindTest kind;
 } kKinds[] = {
-    {"node", Query::AnyNode},
-    {"element", Query::ElementNode},
-    {"attribute", Query::AttributeNode},
-    {"text", Query::TextNode},
-    {"document-node", Query::DocumentNode},
+    {L"node", Query::AnyNode},
+    {L"element", Query::ElementNode},
+    {L"attribute", Query::AttributeNode},
+    {L"text", Query::TextNode},
+    {L"document-node", Query::DocumentNode},
 };
 
 bool isWhite(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\n' || c == L'\r'; }
 
-bool standsAt(const Text& text, std::size_t at, const std::string& expected) {
-    return text.compare(at, expected.size(), wide(expected)) == 0;
+bool standsAt(const Text& text, std::size_t at, const wchar_t* expected) {
+    return text.compare(at, std::wcslen(expected), expected) == 0;
 }
 
 // Names are told by the low byte alone, so U+0141 counts as "A".
@@ -74,7 +77,7 @@ std::size_t operatorAt(const Text& text, std::size_t at, Query::ExpressionOperat
     for (const auto& entry : kOperators) {
         if (!standsAt(text, at, entry.text)) continue;
         meaning = entry.meaning;
-        return std::string(entry.text).size();
+        return std::wcslen(entry.text);
     }
     return 0;
 }
@@ -84,6 +87,9 @@ bool extractPredicates(Text& step, std::vector<Text>& predicates, Error& error) 
     Text gathered;
     Text stepText;
     for (std::size_t at = 0; at < step.size();) {
+        if (!predicates.empty() && step[at] != L'[') {
+            return error.set(Query::IllegalCharAfterPredicate, L"[" + predicates.back() + L"]");
+        }
         if (isQuote(step[at])) {
             Text literal;
             if (!takeLiteral(step, at, literal, error)) return false;
@@ -93,8 +99,6 @@ bool extractPredicates(Text& step, std::vector<Text>& predicates, Error& error) 
             if (!takePredicate(step, at, false, gathered, error)) return false;
             predicates.push_back(gathered);
             gathered.clear();
-        } else if (!predicates.empty()) {
-            return error.set(Query::IllegalCharAfterPredicate, L"[" + predicates.back() + L"]");
         } else {
             gathered += step[at++];
         }
@@ -116,7 +120,7 @@ bool extractAxis(Text& step, Query::Axis& axis, Error& error) {
         return true;
     }
     for (const auto& entry : kAxes) {
-        if (step.substr(0, colons) != wide(entry.name)) continue;
+        if (step.substr(0, colons) != entry.name) continue;
         axis = entry.axis;
         step.erase(0, colons + 2);
         return true;
@@ -164,14 +168,12 @@ bool extractKindTest(const Text& step, NodeTest& test, Error& error) {
     for (const auto& entry : kKinds) {
         if (!standsAt(step, 0, entry.keyword)) continue;
         test.kind = entry.kind;
-        return checkKindTest(step, std::string(entry.keyword).size(), error);
+        return checkKindTest(step, std::wcslen(entry.keyword), error);
     }
     return readNameTest(step, test.name, error);
 }
 
 }  // namespace
-
-Text wide(const std::string& ascii) { return Text(ascii.begin(), ascii.end()); }
 
 bool Error::set(Query::ErrorCode newCode, const Text& newDetail) {
     code = newCode;
@@ -307,9 +309,9 @@ bool readNumber(const Text& operand, double& number, Error& error) {
     return true;
 }
 
-Query::FunctionState readFunction(const std::string& name, const Text& operand, Error& error) {
+Query::FunctionState readFunction(const wchar_t* name, const Text& operand, Error& error) {
     if (!standsAt(operand, 0, name)) return Query::NotThisFunction;
-    const std::size_t open = name.size();
+    const std::size_t open = std::wcslen(name);
     if (open == operand.size() || operand[open] != L'(') {
         error.set(Query::MissingFunctionOpen, operand);
         return Query::MalformedFunction;

@@ -3,7 +3,6 @@
 /// How an expression is taken apart: one function for each kind of piece, each of which copies out
 /// what it takes.
 
-#include <string>
 #include <vector>
 
 #include "VexXml/XPath.h"
@@ -12,9 +11,6 @@ namespace support::xpath {
 
 using Text = VexSys::Uni16String;
 using Query = Xml::XPath;
-
-/// A text of ASCII.
-Text wide(const std::string& ascii);
 
 /// What went wrong last.
 struct Error {
@@ -64,7 +60,7 @@ bool readStep(const Text& text, Step& step, Error& error);
 /// Reads the digits of a number, with a point in or behind them.
 bool readNumber(const Text& operand, double& number, Error& error);
 /// Reads `name(...)` at the start of the operand, which is the whole operand then.
-Query::FunctionState readFunction(const std::string& name, const Text& operand, Error& error);
+Query::FunctionState readFunction(const wchar_t* name, const Text& operand, Error& error);
 
 bool isQuote(wchar_t c);
 bool isDigit(wchar_t c);

@@ -65,7 +65,7 @@ bool ReferenceXPath::findBehindDoubleSlash(const Text& path, Items& nodes, unsig
         if (item.kind != Query::Node) return failBecauseNoNode();
         xpath::selectDescendantsOrSelf(*item.node, selected);
     }
-    if (path.empty()) return mError.set(Query::DoubleSlashAtEnd, xpath::wide("//"));
+    if (path.empty()) return mError.set(Query::DoubleSlashAtEnd, L"//");
     nodes = selected;
     return findNextNodes(path, nodes, level + 1);
 }

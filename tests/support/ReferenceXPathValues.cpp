@@ -98,7 +98,7 @@ Text toText(const Query::ResultItem& item) {
         case Query::Number:
             return rendered(item.number);
         case Query::Boolean:
-            return wide(item.flag ? "1" : "0");
+            return item.flag ? L"1" : L"0";
     }
     return {};
 }
