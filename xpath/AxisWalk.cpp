@@ -8,12 +8,50 @@
 #include "xpath/PrecedingNodes.h"
 
 namespace Xml {
+namespace {
 
-void AxisWalk::collect(const Step& step, const NodeList& context, NodeList& output, Extent extent) {
-    mTest = &step.test;
+// What searches may look at one by one: so many candidates each, and in all so many more.
+constexpr std::size_t kFewCandidates = 16;
+constexpr std::size_t kManyCandidates = 100000;
+
+}  // namespace
+
+void AxisWalk::collect(const Step& step, const NodeList& context, NodeList& output) {
     mOutput = &output;
-    mExtent = extent;
-    output.clear();
+    mSeeksOne = false;
+    walk(step, context);
+}
+
+// A search ends at the first node that passes. Where many searches for the same come to nothing,
+// they would cost with the square of the document, so then the nodes that pass are counted.
+bool AxisWalk::finds(const Step& step, const NodeList& context) {
+    if (mSearches.size() <= step.number) mSearches.resize(step.number + 1);
+    Search& search = mSearches[step.number];
+    const XPath::Axis axis = countedAxis(step);
+    const bool areLong = search.candidates > kManyCandidates + kFewCandidates * search.count;
+    if (areLong && MatchCounts::covers(axis)) {
+        if (!search.counts) search.counts = std::make_unique<MatchCounts>(order(), step.test);
+        return std::any_of(context.begin(), context.end(),
+                           [&](Object* node) { return search.counts->finds(axis, *node); });
+    }
+    mOutput = &mFound;
+    mSeeksOne = true;
+    walk(step, context);
+    search.candidates += mCandidates;
+    ++search.count;
+    return !mFound.empty();
+}
+
+// The axis that leads to the same nodes as the step.
+XPath::Axis AxisWalk::countedAxis(const Step& step) {
+    if (!step.afterDoubleSlash) return step.axis;
+    return step.axis == XPath::ChildAxis ? XPath::DescendantAxis : XPath::NoAxis;
+}
+
+void AxisWalk::walk(const Step& step, const NodeList& context) {
+    mTest = &step.test;
+    mOutput->clear();
+    mCandidates = 0;
     if (step.afterDoubleSlash) {
         collectAfterDoubleSlash(step, context);
     } else {
@@ -113,7 +151,7 @@ void AxisWalk::GetAncestorsOf(Object& node, bool includesNode) {
     mAncestors.clear();
     for (Object* above = node.getParent(); above != nullptr && isNew(*above) && !isFull();
          above = above->getParent()) {
-        if (mExtent == Extent::Whether) {
+        if (mSeeksOne) {
             offer(*above);
         } else {
             mAncestors.push_back(above);
@@ -162,36 +200,30 @@ Element* AxisWalk::parentWithSiblings(const Object& node) const {
 
 void AxisWalk::GetFollowingOf(const NodeList& nodes) {
     if (nodes.size() == 1) {
-        if (!isBelowRoot(*nodes.front())) return;
         const DocumentOrder::Range range = order().following(*nodes.front());
         return offerRange(range.begin, range.end);
     }
     FollowingNodes following(order());
-    for (const Object* node : nodes) {
-        if (isBelowRoot(*node)) offer(following.gather(*node));
+    for (auto node = nodes.begin(); node != nodes.end() && !isFull(); ++node) {
+        offer(following.gather(**node));
     }
 }
 
 void AxisWalk::GetPrecedingOf(const NodeList& nodes) {
     if (nodes.size() == 1) return GetPrecedingOf(*nodes.front());
     PrecedingNodes preceding(order());
-    for (const Object* node : nodes) {
-        if (isBelowRoot(*node)) offer(preceding.gather(*node));
+    for (auto node = nodes.begin(); node != nodes.end() && !isFull(); ++node) {
+        if (order().isBelowRoot(**node)) offer(preceding.gather(**node));
     }
 }
 
 void AxisWalk::GetPrecedingOf(const Object& node) {
-    if (!isBelowRoot(node)) return;
+    if (!order().isBelowRoot(node)) return;
     const DocumentOrder::NotPreceding excluded = order().notPreceding(node);
     for (DocumentOrder::Place place = 0; place < excluded.begin && !isFull(); ++place) {
         if (!order().isOnPath(place, excluded.holder)) offer(*order().node(place));
     }
     offerRange(excluded.end, order().size());
-}
-
-// Nothing follows or precedes a document or its root element.
-bool AxisWalk::isBelowRoot(const Object& node) const {
-    return !node.isDocument() && &node != mDocument.getRoot();
 }
 
 const DocumentOrder& AxisWalk::order() {
@@ -200,6 +232,7 @@ const DocumentOrder& AxisWalk::order() {
 }
 
 void AxisWalk::offer(Object& candidate) {
+    ++mCandidates;
     if (CompliesToKindTest(candidate, *mTest)) mOutput->push_back(&candidate);
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <vector>
 
 #include "VexXml/Dom.h"
 #include "xpath/Comparison.h"
 #include "xpath/DocumentOrder.h"
+#include "xpath/MatchCounts.h"
 #include "xpath/NodeTable.h"
 #include "xpath/Program.h"
 #include "xpath/SiblingPlaces.h"
@@ -16,17 +19,25 @@ namespace Xml {
 /// tree must not change while it lives.
 class AxisWalk {
 public:
-    enum class Extent { All, Whether };
-
     explicit AxisWalk(Document& document) : mDocument(document) {}
 
     /// Puts what the step selects from the context nodes into `output`, each node once and in the
-    /// order in which the nodes of the context lead to it. With `Extent::Whether` only one node is
-    /// sought, whichever is found first. Needs: each node of the context is there once.
-    void collect(const Step& step, const NodeList& context, NodeList& output,
-                 Extent extent = Extent::All);
+    /// order in which the nodes of the context lead to it. Needs: each node of the context is there
+    /// once.
+    void collect(const Step& step, const NodeList& context, NodeList& output);
+    /// Whether the step selects anything from the context nodes.
+    bool finds(const Step& step, const NodeList& context);
 
 private:
+    /// The searches of one step that only ask whether there is something.
+    struct Search {
+        std::size_t count = 0;
+        std::size_t candidates = 0;           ///< in all of them
+        std::unique_ptr<MatchCounts> counts;  ///< once they are the cheaper way
+    };
+
+    void walk(const Step& step, const NodeList& context);
+    static XPath::Axis countedAxis(const Step& step);
     void collectAfterDoubleSlash(const Step& step, const NodeList& context);
     void collectAlong(XPath::Axis axis, const NodeList& context);
     void collectAlong(XPath::Axis axis, Object& node);
@@ -48,9 +59,8 @@ private:
     void offerRange(DocumentOrder::Place begin, DocumentOrder::Place end);
     void offerChildren(Element& parent, int begin, int end);
     bool isNew(const Object& candidate);
-    bool isFull() const { return mExtent == Extent::Whether && !mOutput->empty(); }
+    bool isFull() const { return mSeeksOne && !mOutput->empty(); }
     Element* parentWithSiblings(const Object& node) const;
-    bool isBelowRoot(const Object& node) const;
     const DocumentOrder& order();
 
     Document& mDocument;
@@ -58,10 +68,14 @@ private:
     SiblingPlaces mSiblings;
     Subtrees mSubtrees;
 
+    std::vector<Search> mSearches;  ///< by the steps' numbers
+    NodeList mFound;
+
     // Of the step that is being applied.
     const NodeTest* mTest = nullptr;
     NodeList* mOutput = nullptr;
-    Extent mExtent = Extent::All;
+    bool mSeeksOne = false;  ///< whichever candidate passes first
+    std::size_t mCandidates = 0;
     bool mHasSeveral = false;  ///< context nodes, so that candidates may come more than once
     /// The parents and ancestors that were candidates; or, on a sibling axis, the parents, each
     /// with the index up to which, or from which on, its children were candidates.

@@ -164,6 +164,7 @@ bool Compiler::decodeStep(Frame& frame) {
         if (frame.path.isEmpty()) return mScanner.fail(XPath::DoubleSlashAtEnd, L"//");
     }
     step.level = frame.stepLevel++;
+    step.number = mProgram->stepCount++;
     Piece text{};
     if (!mScanner.SplitLocationPath(frame.path, text) || !decodeTest(text, step)) return false;
     operandOf(frame).steps.push_back(std::move(step));

@@ -4,14 +4,14 @@ namespace Xml {
 
 // Invariant: `parent` is the innermost element that is not done, and `next` its child to go on
 // with.
-DocumentOrder::DocumentOrder(Document& document) {
+DocumentOrder::DocumentOrder(Document& document) : mRoot(document.getRoot()) {
     struct Open {
         Element* element;
         Place place;
         int next;
     };
     std::vector<Open> open;
-    if (Element* root = document.getRoot()) open.push_back({root, kNone, 0});
+    if (mRoot != nullptr) open.push_back({mRoot, kNone, 0});
     while (!open.empty()) {
         const auto [element, place, next] = open.back();
         Object* child = element->getChild(next);
@@ -27,6 +27,12 @@ DocumentOrder::DocumentOrder(Document& document) {
     }
     mPlaces.reserve(mEntries.size());
     for (Place place = 0; place < size(); ++place) mPlaces.insert(node(place), place);
+}
+
+DocumentOrder::Range DocumentOrder::below(const Object& node) const {
+    if (node.isDocument() || &node == mRoot) return {0, size()};
+    const Place place = placeOf(node);
+    return place == kNone ? Range{size(), size()} : Range{place + 1, mEntries[place].end};
 }
 
 DocumentOrder::Range DocumentOrder::following(const Object& node) const {
@@ -46,7 +52,6 @@ bool DocumentOrder::isOnPath(Place place, Place holder) const {
     return holder != kNone && place <= holder && holder < mEntries[place].end;
 }
 
-// `kNone` for the root and all that is not below it.
 DocumentOrder::Place DocumentOrder::placeOf(const Object& node) const {
     const NodeTable::Value* place = mPlaces.find(&node);
     return place != nullptr ? *place : kNone;

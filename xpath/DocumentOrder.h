@@ -17,12 +17,19 @@ public:
 
     explicit DocumentOrder(Document& document);
 
+    /// Null when the document has none.
+    Element* root() const { return mRoot; }
+    /// Neither a document nor the root element: nothing follows or precedes those.
+    bool isBelowRoot(const Object& node) const { return !node.isDocument() && &node != mRoot; }
+
     Place size() const { return static_cast<Place>(mEntries.size()); }
     Object* node(Place place) const { return mEntries[place].node; }
     struct Range {
         Place begin;
         Place end;
     };
+    /// What is below the node.
+    Range below(const Object& node) const;
     /// The following siblings of the node with all below them. Nothing further on belongs to what
     /// follows a node here: deliberate, applications rely on staying inside the parent.
     Range following(const Object& node) const;
@@ -40,8 +47,10 @@ public:
     /// Whether `place` is that of `holder` or of an element around it. `holder` may be `kNone`.
     bool isOnPath(Place place, Place holder) const;
 
-private:
+    /// `kNone` for the root and all that is not below it.
     Place placeOf(const Object& node) const;
+
+private:
     Place holderOf(const Object& node) const;
     Place endOfSiblings(Place place) const;
 
@@ -51,6 +60,7 @@ private:
         Place end;     ///< just behind the node and all below it
     };
 
+    Element* mRoot;
     std::vector<Entry> mEntries;
     NodeTable mPlaces;
 };

@@ -135,11 +135,14 @@ void Evaluator::advancePath(Frame& frame) {
     }
 }
 
+// Of what is only asked to be there, the context node stands for whatever was found.
 void Evaluator::takeStep(Frame& frame, const Step& step) {
-    const bool mayStop = asksForExistence(frame) && isLastStep(frame) && step.predicates.empty();
-    mWalk.collect(step, frame.nodes, mSelected,
-                  mayStop ? AxisWalk::Extent::Whether : AxisWalk::Extent::All);
-    frame.nodes.swap(mSelected);
+    if (asksForExistence(frame) && isLastStep(frame) && step.predicates.empty()) {
+        if (!mWalk.finds(step, frame.nodes)) frame.nodes.clear();
+    } else {
+        mWalk.collect(step, frame.nodes, mSelected);
+        frame.nodes.swap(mSelected);
+    }
     Misses& misses = frame.operands[frame.operand].misses;
     misses.note(step, !frame.nodes.empty(), false);
     frame.isStepTaken = true;

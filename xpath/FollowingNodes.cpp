@@ -1,31 +1,32 @@
 #include "xpath/FollowingNodes.h"
 
-#include <numeric>
+#include <algorithm>
 
 namespace Xml {
 
-FollowingNodes::FollowingNodes(const DocumentOrder& order)
-    : mOrder(order), mNext(order.size() + 1) {
-    std::iota(mNext.begin(), mNext.end(), Place{0});
-}
-
+// The gathered ranges that the new one touches are passed over and, with it, become one.
 const std::vector<FollowingNodes::Place>& FollowingNodes::gather(const Object& node) {
     mGathered.clear();
     const DocumentOrder::Range range = mOrder.following(node);
-    for (Place place = firstMissing(range.begin); place < range.end; place = firstMissing(place)) {
-        mGathered.push_back(place);
-        mNext[place] = place + 1;
+    if (range.begin == range.end) return mGathered;
+    Place begin = range.begin;
+    Place end = range.end;
+    Place at = range.begin;
+    auto next = mRanges.lower_bound(range.begin);
+    while (next != mRanges.end() && next->second <= range.end) {
+        gatherRange(at, next->second);
+        at = next->first;
+        begin = std::min(begin, next->second);
+        end = std::max(end, next->first);
+        next = mRanges.erase(next);
     }
+    gatherRange(at, range.end);
+    mRanges.emplace(end, begin);
     return mGathered;
 }
 
-// Halves the way on each walk, so that all walks together take hardly more than linear time.
-FollowingNodes::Place FollowingNodes::firstMissing(Place place) {
-    while (mNext[place] != place) {
-        mNext[place] = mNext[mNext[place]];
-        place = mNext[place];
-    }
-    return place;
+void FollowingNodes::gatherRange(Place begin, Place end) {
+    for (Place place = begin; place < end; ++place) mGathered.push_back(place);
 }
 
 }  // namespace Xml

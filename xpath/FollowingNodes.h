@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <vector>
 
 #include "xpath/DocumentOrder.h"
@@ -12,19 +13,18 @@ class FollowingNodes {
 public:
     using Place = DocumentOrder::Place;
 
-    explicit FollowingNodes(const DocumentOrder& order);
+    explicit FollowingNodes(const DocumentOrder& order) : mOrder(order) {}
 
     /// The places of what follows the node and has not been gathered before, ascending. Valid until
     /// the next call.
     const std::vector<Place>& gather(const Object& node);
 
 private:
-    Place firstMissing(Place place);
+    void gatherRange(Place begin, Place end);
 
     const DocumentOrder& mOrder;
-    /// For each place itself while that is missing; later one behind it, with only gathered ones
-    /// between.
-    std::vector<Place> mNext;
+    /// The gathered ranges: behind the last place of each the first. No two touch.
+    std::map<Place, Place> mRanges;
     std::vector<Place> mGathered;
 };
 

@@ -35,6 +35,7 @@ struct Predicate {
 
 /// One step of a location path.
 struct Step {
+    std::size_t number = 0;  ///< among all steps of the program
     /// Counts the slashes in front of the step, from the start of the whole expression or of the
     /// predicate, which itself counts one more than the step that it belongs to.
     unsigned long level = 0;
@@ -85,6 +86,7 @@ struct Expression {
 /// decoding nor freeing them takes call stack for each level. The first is the whole expression.
 struct Program {
     std::vector<Expression> expressions;
+    std::size_t stepCount = 0;
 };
 
 }  // namespace Xml
