@@ -48,7 +48,8 @@ VEXSYS_API std::size_t Uni16CharPartialFindCharacter(const wchar_t* text, wchar_
 VEXSYS_API Uni16String UTF8ToUni16Char(const char* text);
 VEXSYS_API Uni16String UTF8ToUni16Char(const char* bytes, std::size_t size);
 
-/// Encodes in UTF-8. A surrogate without its other half, and a unit above U+FFFF, become U+FFFD.
+/// Required. Encodes in UTF-8. A surrogate without its other half, and a unit above U+FFFF, become
+/// U+FFFD.
 VEXSYS_API std::string Uni16CharToUTF8(const Uni16String& text);
 
 /// Required. A text in the platform's 8-bit encoding, which is UTF-8 here, up to the NUL.

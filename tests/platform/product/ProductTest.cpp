@@ -9,6 +9,7 @@ namespace {
 
 using VexSys::contentsOf;
 using VexSys::FileSpec;
+using VexSys::UTF8ToUni16Char;
 
 TEST(Product, WritesAndReadsItsOwnFiles) {
     {
@@ -59,6 +60,27 @@ TEST(Product, GetsItsFileObjectsBack) {
         EXPECT_TRUE(copy.getChar(c));
     }
     EXPECT_EQ(VexSys::livingFiles(), 0);
+}
+
+TEST(Product, QueriesInItsOwnText) {
+    const std::string name = "\xC3\xA4\xF0\x9F\x98\x80";
+    Xml::Document document(new Xml::Element("r"));
+    document.getRoot()->setAttribute("name", name);
+    Xml::XPath query(&document);
+    EXPECT_EQ(query.GetValue(UTF8ToUni16Char("/r[@name = '" + name + "']/@name")),
+              UTF8ToUni16Char(name));
+    EXPECT_EQ(query.GetValueUTF8("//@name[position() = 1]"), name);
+    EXPECT_EQ(query.GetValueUTF8("/r/@name < 'b'"), "0");
+    EXPECT_EQ(query.GetValueUTF8("/r/@name + 1.5"), "1.500000");
+}
+
+TEST(Product, NamesErrorsOfQueriesInItsOwnWords) {
+    Xml::Document document(new Xml::Element("r"));
+    Xml::XPath query(&document);
+    EXPECT_EQ(query.GetValues("/s"), 0U);
+    EXPECT_EQ(query.GetErrorString(), UTF8ToUni16Char("<XPath> xpat/xerr/NODE NOT FOUND --> s"));
+    EXPECT_FALSE(query.SyntaxOK("/s/"));
+    EXPECT_EQ(query.GetErrorStringUTF8(), "<XPath> xpat/xerr/SLASH AT END NOT ALLOWED --> s/");
 }
 
 }  // namespace

@@ -5,6 +5,11 @@
 #include "VexSys/Uni16.h"
 
 namespace VexSys {
+namespace {
+
+using Converter = std::wstring_convert<std::codecvt_utf8_utf16<wchar_t>>;
+
+}  // namespace
 
 long Uni16CharCompare(const Uni16String& left, const Uni16String& right) {
     return left.compare(right);
@@ -22,13 +27,18 @@ unsigned long long Uni16CharPartialFindCharacter(const wchar_t* text, wchar_t un
 }
 
 Uni16String UTF8ToUni16Char(const std::string& bytes) {
-    std::wstring_convert<std::codecvt_utf8_utf16<wchar_t>> converter("", L"\xFFFD");
+    Converter converter("", L"\xFFFD");
     const std::wstring text = converter.from_bytes(bytes);
     return Uni16String(text.data(), text.size());
 }
 
 Uni16String UTF8ToUni16Char(const char* bytes, unsigned long long size) {
     return UTF8ToUni16Char(std::string(bytes, size));
+}
+
+std::string Uni16CharToUTF8(const Uni16String& text) {
+    Converter converter("\xEF\xBF\xBD");
+    return converter.to_bytes(text.data(), text.data() + text.size());
 }
 
 Uni16String PlatformCStringToUni16Char(const std::string& text) { return UTF8ToUni16Char(text); }

@@ -21,6 +21,7 @@ unsigned long long Uni16CharPartialFindCharacter(const wchar_t* text, wchar_t un
                                                  unsigned long long count);
 Uni16String UTF8ToUni16Char(const std::string& bytes);
 Uni16String UTF8ToUni16Char(const char* bytes, unsigned long long size);
+std::string Uni16CharToUTF8(const Uni16String& text);
 Uni16String PlatformCStringToUni16Char(const std::string& text);
 
 }  // namespace VexSys
