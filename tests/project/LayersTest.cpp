@@ -21,6 +21,7 @@ Names operator+(Names left, const Names& right) {
 
 const Names kStreams = kValues + kPlatform + Names{"streams/", "VexXml/Streams.h"};
 const Names kModel = kStreams + Names{"dom/", "dtd/", "VexXml/Dom.h", "VexXml/Dtd.h"};
+const Names kXPath = kStreams + Names{"dom/", "xpath/", "VexXml/Dom.h", "VexXml/XPath.h"};
 const Names kReaders = kModel + Names{"readers/", "VexXml/Readers.h"};
 
 // A folder or header, and what it may include of the project; what ends with "/" stands for all
@@ -37,13 +38,15 @@ const Layer kLayers[] = {
     {"dom", kModel},
     {"dtd", kModel},
     {"readers", kReaders},
-    {"tools", kReaders + Names{"tools/", "VexXml/VexXml.h"}},
+    {"xpath", kXPath},
+    {"tools", kReaders + Names{"tools/", "VexXml/XPath.h", "VexXml/VexXml.h"}},
     {"include/VexSys", kPlatform},
     {"include/VexXml/Values.h", {"VexXml/Export.h"}},
     {"include/VexXml/Streams.h", {"VexXml/Values.h", "VexXml/Export.h"}},
     {"include/VexXml/Dom.h", {"VexXml/Streams.h", "VexXml/Values.h", "VexXml/Export.h"}},
     {"include/VexXml/Dtd.h",
      {"VexXml/Dom.h", "VexXml/Streams.h", "VexXml/Values.h", "VexXml/Export.h"}},
+    {"include/VexXml/XPath.h", {"VexSys/Uni16.h", "VexXml/Export.h"}},
 };
 
 // Names of entities are looked up in a DTD: the one place where a lower folder asks a higher one.
@@ -88,8 +91,8 @@ TEST(Layers, NoFolderIncludesAHigherOne) {
 
 TEST(Layers, HeadersAreIncludedOnce) {
     std::string wrong;
-    for (const char* folder :
-         {"include", "values", "platform", "streams", "dom", "dtd", "readers", "tools", "tests"}) {
+    for (const char* folder : {"include", "values", "platform", "streams", "dom", "dtd", "readers",
+                               "xpath", "tools", "tests"}) {
         for (const std::string& file : support::sourcesBelow(folder)) {
             const bool isHeader = file.substr(file.size() - 2) == ".h";
             const bool isGuarded = support::readSource(file).rfind("#pragma once\n", 0) == 0;
