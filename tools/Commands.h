@@ -9,7 +9,11 @@ namespace tools {
 enum Status : int {
     Success = 0,
     BadDocument = 1,  ///< not well-formed or not valid
-    Trouble = 2       ///< wrong usage, or a file that cannot be read or written
+    Trouble = 2,      ///< wrong usage, or a file that cannot be read or written
+
+    /// A query selects nothing: then `Success` in one file is enough, and a bad document is
+    /// `Trouble`, so that the answer is known from the status.
+    NothingSelected = 1
 };
 
 struct FormatOptions {
@@ -25,11 +29,21 @@ struct ValidateOptions {
     bool quiet = false;
 };
 
+struct QueryOptions {
+    std::string expression;
+    std::vector<std::string> inputs;
+    bool count = false;     ///< print how many results there are in place of the results
+    bool asNode = false;    ///< print nodes as XML in place of their texts
+    char separator = '\n';  ///< printed behind each result
+};
+
 /// Writes the document back, indented.
 Status format(const FormatOptions& options);
 /// Tells of each document whether it is valid.
 Status validate(const ValidateOptions& options);
 /// Writes the document type declaration of a document.
 Status writeDtd(const std::string& input);
+/// Prints what an XPath expression selects in each document.
+Status query(const QueryOptions& options);
 
 }  // namespace tools

@@ -17,6 +17,10 @@ constexpr const char* kStatuses =
     "Exit status: 0 success, 1 a document that is not well-formed or not valid,\n"
     "2 wrong usage or a file that cannot be read or written.";
 
+constexpr const char* kQueryStatuses =
+    "Exit status: 0 something was selected in any file, 1 nothing was, 2 a malformed\n"
+    "expression, wrong usage, or a file that cannot be read, parsed or written.";
+
 constexpr const char* kFormatNotes =
     "What the library does not keep is not written either: comments, processing\n"
     "instructions, document type declarations with PUBLIC, the encoding declaration,\n"
@@ -33,11 +37,19 @@ constexpr const char* kValidateNotes =
 constexpr const char* kDtdNotes =
     "The declaration is also written when the document does not keep to it.\n";
 
+constexpr const char* kQueryNotes =
+    "Of an attribute the value is printed, of an element its first text. With several\n"
+    "files each result, or count, has \"FILE:\" in front. A result may hold line feeds;\n"
+    "-0 ends it with a NUL. An expression that does not begin with \"/\" starts from the\n"
+    "document; in front of one that begins with \"-\" write \"--\". Kind tests stand\n"
+    "without parentheses, as in \"//title/text\", and names are compared as written, with\n"
+    "their prefixes. The document's own DTD need not be kept to. All files are tried.\n";
+
 CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& description,
-                     const std::string& notes) {
+                     const std::string& notes, const char* statuses = kStatuses) {
     CLI::App* command = app.add_subcommand(name, description);
     command->set_version_flag("--version", kVersion, "Print the version and exit");
-    command->footer(notes + kStatuses);
+    command->footer(notes + statuses);
     return command;
 }
 
@@ -80,6 +92,23 @@ void addDtd(CLI::App& app, std::string& input, Status& status) {
     command->callback([&input, &status] { status = writeDtd(input); });
 }
 
+void addQuery(CLI::App& app, QueryOptions& options, Status& status) {
+    CLI::App* command = addCommand(app, "query", "Print what an XPath expression selects",
+                                   kQueryNotes, kQueryStatuses);
+    command->add_flag("--count", options.count, "Print only how many results there are");
+    CLI::Option* node = command->add_flag("--node", options.asNode, "Print nodes as XML");
+    command->add_flag("--value", "Print the text of each result (the default)")->excludes(node);
+    command->add_flag_callback(
+        "-0", [&options] { options.separator = '\0'; }, "End results with a NUL, not a line feed");
+    command->add_option("EXPRESSION", options.expression, "What to select")
+        ->required()
+        ->type_name("");
+    command->add_option("FILE", options.inputs, "The documents; - for the standard input")
+        ->required()
+        ->type_name("");
+    command->callback([&options, &status] { status = query(options); });
+}
+
 // Help and version end the parsing by an "error" whose status is 0.
 Status endParsing(const CLI::App& app, const CLI::ParseError& end) {
     std::ostringstream out;
@@ -90,17 +119,20 @@ Status endParsing(const CLI::App& app, const CLI::ParseError& end) {
 }
 
 Status run(int argc, char** argv) {
-    CLI::App app("Reads, formats and validates XML documents.", "vexxml");
+    CLI::App app("Reads, formats, validates and queries XML documents.", "vexxml");
     app.set_version_flag("--version", kVersion, "Print the version and exit");
     app.require_subcommand(1);
-    app.footer("\"vexxml COMMAND --help\" tells more about a command.\n" + std::string(kStatuses));
+    app.footer("\"vexxml COMMAND --help\" tells more about a command.\n" + std::string(kStatuses) +
+               "\nFor query: 0 something was selected, 1 nothing was, 2 trouble of any kind.");
     FormatOptions formatting;
     ValidateOptions validation;
     std::string dtdInput;
+    QueryOptions querying;
     Status status = Success;
     addFormat(app, formatting, status);
     addValidate(app, validation, status);
     addDtd(app, dtdInput, status);
+    addQuery(app, querying, status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& end) {

@@ -9,7 +9,7 @@ namespace {
 using support::Outcome;
 using support::Workplace;
 
-const char* const kCommands[] = {"", "format ", "validate ", "dtd "};
+const char* const kCommands[] = {"", "format ", "validate ", "dtd ", "query "};
 
 TEST(Usage, VersionIsToldEverywhere) {
     const Workplace place;
@@ -26,9 +26,10 @@ TEST(Usage, HelpIsGivenEverywhereAndTellsTheExitStatuses) {
         EXPECT_EQ(help.status, 0) << help;
         EXPECT_EQ(help.err, "");
         EXPECT_NE(help.out.find("Usage: vexxml"), std::string::npos) << help;
-        EXPECT_NE(help.out.find("Exit status: 0 success, 1 a document that is not well-formed"),
-                  std::string::npos)
-            << help;
+        const std::string statuses = command == "query "
+                                         ? "Exit status: 0 something was selected in any file"
+                                         : "Exit status: 0 success, 1 a document that is not";
+        EXPECT_NE(help.out.find(statuses), std::string::npos) << help;
     }
 }
 
@@ -56,6 +57,10 @@ const std::pair<const char*, const char*> kWrong[] = {
     {"validate --dtd", "--dtd: 1 required DTD missing"},
     {"dtd", "FILE is required"},
     {"dtd a.xml b.xml", "The following argument was not expected: b.xml"},
+    {"query", "EXPRESSION is required"},
+    {"query //a", "FILE is required"},
+    {"query -a a.xml", "FILE is required"},
+    {"query --node --value //a a.xml", "--node excludes --value"},
 };
 
 TEST(Usage, WrongArgumentsAreNamedAndEndWithStatusTwo) {
@@ -76,6 +81,8 @@ const std::pair<const char*, const char*> kUnreadable[] = {
      "missing.xml: error: cannot be read: No such file or directory\n"},
     {"vexxml dtd missing.xml", "missing.xml: error: cannot be read: No such file or directory\n"},
     {"vexxml validate missing.xml",
+     "missing.xml: error: cannot be read: No such file or directory\n"},
+    {"vexxml query //a missing.xml",
      "missing.xml: error: cannot be read: No such file or directory\n"},
     {"vexxml validate --dtd missing.dtd a.xml",
      "missing.dtd: error: cannot be read: No such file or directory\n"},
@@ -104,8 +111,9 @@ TEST(Usage, FilesWithoutPermissionAreNamed) {
         (Outcome{2, "", "secret.xml: error: cannot be read: Permission denied\n"}));
 }
 
-const char* const kWriters[] = {"format a.xml", "validate a.xml", "dtd a.xml",
-                                "--help",       "--version",      "format --help"};
+const char* const kWriters[] = {
+    "format a.xml", "validate a.xml", "dtd a.xml",    "query / a.xml", "query --count //b a.xml",
+    "--help",       "--version",      "format --help"};
 
 TEST(Usage, FullStandardOutputEndsWithStatusTwo) {
     const Workplace place;
@@ -125,6 +133,7 @@ TEST(Usage, ClosedStandardOutputMattersOnlyWhenWrittenTo) {
     EXPECT_EQ(place.run("vexxml validate a.xml >&-"),
               (Outcome{2, "", "standard output: error: cannot be written: Bad file descriptor\n"}));
     EXPECT_EQ(place.run("vexxml validate --quiet a.xml >&-"), (Outcome{0, "", ""}));
+    EXPECT_EQ(place.run("vexxml query //b a.xml >&-"), (Outcome{1, "", ""}));
 }
 
 }  // namespace
