@@ -10,9 +10,11 @@
 namespace Xml {
 namespace {
 
-// What searches may look at one by one: so many candidates each, and in all so many more.
+// What the searches of a step may look at one by one: so many candidates each, and in all so many
+// more, or so many times what the query has looked at to come to them.
 constexpr std::size_t kFewCandidates = 16;
-constexpr std::size_t kManyCandidates = 100000;
+constexpr std::size_t kManyCandidates = 20000;
+constexpr std::size_t kFactor = 4;
 
 }  // namespace
 
@@ -20,6 +22,7 @@ void AxisWalk::collect(const Step& step, const NodeList& context, NodeList& outp
     mOutput = &output;
     mSeeksOne = false;
     walk(step, context);
+    mCollectedFrom += mCandidates;
 }
 
 // A search ends at the first node that passes. Where many searches for the same come to nothing,
@@ -28,8 +31,9 @@ bool AxisWalk::finds(const Step& step, const NodeList& context) {
     if (mSearches.size() <= step.number) mSearches.resize(step.number + 1);
     Search& search = mSearches[step.number];
     const XPath::Axis axis = countedAxis(step);
-    const bool areLong = search.candidates > kManyCandidates + kFewCandidates * search.count;
-    if (areLong && MatchCounts::covers(axis)) {
+    const std::size_t patience =
+        kManyCandidates + kFewCandidates * search.count + kFactor * mCollectedFrom;
+    if (search.candidates > patience && MatchCounts::covers(axis)) {
         if (!search.counts) search.counts = std::make_unique<MatchCounts>(order(), step.test);
         return std::any_of(context.begin(), context.end(),
                            [&](Object* node) { return search.counts->finds(axis, *node); });

@@ -68,7 +68,8 @@ private:
     SiblingPlaces mSiblings;
     Subtrees mSubtrees;
 
-    std::vector<Search> mSearches;  ///< by the steps' numbers
+    std::size_t mCollectedFrom = 0;  ///< candidates, in all steps so far
+    std::vector<Search> mSearches;   ///< by the steps' numbers
     NodeList mFound;
 
     // Of the step that is being applied.
