@@ -39,7 +39,7 @@ constexpr std::pair<std::string_view, const char*> kEnglish[] = {
     {"xpat/xerr/MISSING CLOSING PARENTHESE AFTER FUNCTION",
      "a closing parenthesis is missing after a function"},
     {"xpat/xerr/MISSING OPENING PARENTHESE AFTER FUNCTION",
-     "an opening parenthesis is missing after a function, like which no other name may begin"},
+     "position and last need parentheses, and no other name may begin like them"},
     {"xpat/xerr/MISSING CLOSING PARENTHESE AFTER KIND TEST",
      "a closing parenthesis is missing after a kind test"},
     {"xpat/xerr/MISSING OPENING PARENTHESE AFTER KIND TEST",

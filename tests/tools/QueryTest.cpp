@@ -240,8 +240,7 @@ const Mistake kMistakes[] = {
     {"a[b[1]", 1, "a closing bracket is missing after a predicate --> [b[1]"},
     {"a[last(]", 2, "a closing parenthesis is missing after a function --> last("},
     {"last/a[last]", 0,
-     "an opening parenthesis is missing after a function, like which no other name may begin --> "
-     "last/a[last]"},
+     "position and last need parentheses, and no other name may begin like them --> last/a[last]"},
     {"a/text(x", 2, "a closing parenthesis is missing after a kind test --> text(x"},
     {"texts/a/textb", 0,
      "a name must not begin like a kind test (node, element, attribute, text, document-node) --> "
