@@ -85,6 +85,17 @@ std::string Expressions::predicate(int depth) {
         return "[" + oneOf({"1", "2", " 3 ", "last()", "position()=last()", "@x", "b"}) + "]";
     return "[" + expression(depth) + "]";
 }
+// What stands in an element, that many levels deep.
+std::string Expressions::content(int depth) {
+    std::string text;
+    for (std::size_t count = below(5); count > 0; --count) {
+        const std::string name = oneOf({"a", "b", "b", "n:a", "c"});
+        text += '<' + name + oneOf({"", "", " x='1'", " x='2' y='x y'", " n:x=''"}) + '>';
+        if (depth > 0) text += content(depth - 1);
+        text += "</" + name + '>' + oneOf({"", "", "1", "2", "x"});
+    }
+    return text;
+}
 // NOLINTEND(misc-no-recursion)
 
 std::string Expressions::white() { return oneOf({"", "", "", "", "", "\t", "\r\n", "\n\t"}); }

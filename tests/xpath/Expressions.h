@@ -7,7 +7,7 @@
 
 namespace xpath {
 
-/// Expressions by chance, the same in every run.
+/// Expressions, and documents for them, by chance: the same in every run.
 class Expressions {
 public:
     explicit Expressions(unsigned seed) : mRandom(seed) {}
@@ -16,6 +16,9 @@ public:
     std::string wellFormed() { return expression(2); }
     /// `expression` with a few characters missing, added, replaced or moved.
     std::string mangled(std::string expression);
+
+    /// A document of a few dozen nodes that uses the same names and values.
+    std::string document() { return "<a>" + content(4) + "</a>"; }
 
     /// A number from 0 on.
     std::size_t below(std::size_t limit) { return mRandom() % limit; }
@@ -37,6 +40,7 @@ private:
     std::string predicate(int depth);
     std::string white();
     std::string piece();
+    std::string content(int depth);
 
     std::mt19937 mRandom;
 };
