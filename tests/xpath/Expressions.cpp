@@ -42,8 +42,10 @@ std::string Expressions::number() {
 }
 
 std::string Expressions::literal() {
-    return oneOf({"''", "\"\"", "'1'", "\"2\"", "'x'", "\"x y\"", "'10.0'", "' 1 '", "'a/b'", "']'",
-                  "\"[\"", "'a[1]='", "\"it's\"", "'\"'", "' div '", "'//'", "'\xC3\xA9'"});
+    return oneOf({"''",       "\"\"",   "'1'",     "\"2\"", "'x'",   "\"x y\"",
+                  "'10.0'",   "' 1 '",  "'a/b'",   "']'",   "\"[\"", "'a[1]='",
+                  "\"it's\"", "'\"'",   "' div '", "'//'",  "'-'",   "' -5 '",
+                  "'1e1x'",   "'0x1F'", "'-nan'",  "'inf'", "'.5'",  "'\xC3\xA9'"});
 }
 
 std::string Expressions::function() {
