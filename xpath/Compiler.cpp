@@ -3,7 +3,7 @@
 #include <array>
 #include <utility>
 
-#include "xpath/Values.h"
+#include "xpath/Encoding.h"
 
 namespace Xml {
 namespace {

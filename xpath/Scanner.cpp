@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "xpath/Encoding.h"
 #include "xpath/Operators.h"
 
 namespace Xml {
@@ -209,7 +210,7 @@ bool Scanner::GetNameTest(const Uni16String& step, NameTest& test) {
         test.form = NameTest::Form::LocalName;
         const bool isLocalName = step[1] == L':' && skipNCName(step, at, end) && at == end;
         if (!isLocalName) return fail(XPath::NoValidNameOrTest, step);
-        test.name = VexSys::Uni16CharToUTF8(step.substr(1));
+        test.name = toUTF8(step.substr(1));
         return true;
     }
     test.form = NameTest::Form::WholeName;
@@ -221,7 +222,7 @@ bool Scanner::GetNameTest(const Uni16String& step, NameTest& test) {
     } else if (!isName || at < end) {
         return fail(XPath::NoValidNameOrTest, step);
     }
-    test.name = VexSys::Uni16CharToUTF8(step.substr(0, at));
+    test.name = toUTF8(step.substr(0, at));
     return true;
 }
 

@@ -3,9 +3,10 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdint>
 #include <limits>
 #include <system_error>
+
+#include "xpath/Encoding.h"
 
 namespace Xml {
 namespace {
@@ -61,24 +62,6 @@ bool isItsOwnKey(std::string_view text) {
     return true;
 }
 
-void append(std::string& key, std::uint32_t unit) {
-    const auto push = [&key](std::uint32_t byte) { key.push_back(static_cast<char>(byte)); };
-    if (unit < 0x80) {
-        push(unit);
-    } else if (unit < 0x800) {
-        push(0xC0 | unit >> 6U);
-        push(0x80 | (unit & 0x3FU));
-    } else if (unit < 0x10000) {
-        push(0xE0 | unit >> 12U);
-        push(0x80 | (unit >> 6U & 0x3FU));
-        push(0x80 | (unit & 0x3FU));
-    } else {  // no UTF-16, but what a wider wchar_t may hold
-        for (const std::uint32_t byte : {0xFFU, unit >> 24U, unit >> 16U, unit >> 8U, unit}) {
-            push(byte & 0xFFU);
-        }
-    }
-}
-
 bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 bool isHexDigit(char c) {
@@ -131,13 +114,6 @@ std::string_view valueText(Object& node, TextBuffer& buffer) {
     if (!node.isElement()) return {};
     CharData* text = firstCharData(*node.toElement());
     return text != nullptr ? plainText(*text, buffer) : std::string_view();
-}
-
-std::string comparisonKey(const VexSys::Uni16String& text) {
-    std::string key;
-    key.reserve(text.size());
-    for (const wchar_t unit : text) append(key, static_cast<std::uint32_t>(unit));
-    return key;
 }
 
 std::string_view comparisonKey(Object& node, TextBuffer& buffer) {

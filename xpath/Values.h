@@ -3,9 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "VexSys/Uni16.h"
 #include "VexXml/Dom.h"
-#include "VexXml/XPath.h"
 
 namespace Xml {
 
@@ -21,11 +19,7 @@ struct TextBuffer {
 /// first of its children that is character data; for anything else an empty text.
 std::string_view valueText(Object& node, TextBuffer& buffer);
 
-/// Comparison keys compare byte by byte as their texts do by UTF-16 code units, which is how the
-/// platform orders texts. Each unit is encoded like a character of its own; for texts without
-/// surrogates that is UTF-8, so hardly any text has to be converted.
-std::string comparisonKey(const VexSys::Uni16String& text);
-/// The key of the node's value text. It refers to the node or to the buffer.
+/// The comparison key of the node's value text. It refers to the node or to the buffer.
 std::string_view comparisonKey(Object& node, TextBuffer& buffer);
 
 /// The number that the text begins with, behind white space, as `atof` reads it in the "C" locale,

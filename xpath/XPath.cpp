@@ -7,6 +7,7 @@
 #include "VexSys/Localization.h"
 #include "VexXml/Dom.h"
 #include "xpath/Compiler.h"
+#include "xpath/Encoding.h"
 #include "xpath/Error.h"
 #include "xpath/Evaluator.h"
 #include "xpath/ExpressionText.h"
@@ -114,7 +115,7 @@ Uni16String XPath::GetValue(const Uni16String& expression, long wordIndex) {
 }
 
 std::string XPath::GetValueUTF8(const std::string& expression, long wordIndex) {
-    return VexSys::Uni16CharToUTF8(GetValue(fromUTF8(expression), wordIndex));
+    return toUTF8(GetValue(fromUTF8(expression), wordIndex));
 }
 
 // A word is never counted, so every index but 0 comes to the end of the text. Deliberate: callers
@@ -136,7 +137,7 @@ Uni16String XPath::GetValue(unsigned long index, long wordIndex) {
 }
 
 std::string XPath::GetValueUTF8(unsigned long index, long wordIndex) {
-    return VexSys::Uni16CharToUTF8(GetValue(index, wordIndex));
+    return toUTF8(GetValue(index, wordIndex));
 }
 
 unsigned long XPath::GetNrOfResults() const { return mResults.size(); }
@@ -157,7 +158,7 @@ Uni16String XPath::GetErrorString() const {
     return text + VexSys::PlatformCStringToUni16Char(kDetailMark) + mErrorDetail;
 }
 
-std::string XPath::GetErrorStringUTF8() const { return VexSys::Uni16CharToUTF8(GetErrorString()); }
+std::string XPath::GetErrorStringUTF8() const { return toUTF8(GetErrorString()); }
 
 // A relative expression starts from the results and uses them up; an absolute one replaces them.
 bool XPath::FindNodes(const Uni16String& expression, bool syntaxOnly) {

@@ -26,13 +26,13 @@ using Uni16String = std::basic_string<wchar_t, Core::uni16char_traits>;
 /// The number of code units in front of the NUL.
 VEXSYS_API std::size_t Uni16CharGetLength(const wchar_t* text);
 
-/// Required. Below, equal to or above 0 as `left` comes before, equals or comes behind `right`.
+/// Below, equal to or above 0 as `left` comes before, equals or comes behind `right`.
 ///
-/// The order must be that of the code units, from the first that differs; of two texts that one
-/// begins the other, the shorter comes first.
+/// The order is that of the code units, from the first that differs; of two texts of which one
+/// begins the other, the shorter comes first. Queries order texts so, in a faster way.
 VEXSYS_API int Uni16CharCompare(const Uni16String& left, const Uni16String& right);
 
-/// Required. The same for the first `count` code units of each. Needs: so many are there.
+/// The same for the first `count` code units of each. Needs: so many are there.
 VEXSYS_API int Uni16CharPartialCompare(const wchar_t* left, const wchar_t* right,
                                        std::size_t count);
 
@@ -41,15 +41,15 @@ VEXSYS_API int Uni16CharPartialCompare(const wchar_t* left, const wchar_t* right
 VEXSYS_API std::size_t Uni16CharPartialFindCharacter(const wchar_t* text, wchar_t unit,
                                                      std::size_t count);
 
-/// Required. Decodes UTF-8, up to the NUL or exactly `size` bytes.
+/// Decodes UTF-8, exactly `size` bytes (required) or up to the NUL.
 ///
 /// Characters beyond U+FFFF become surrogate pairs. What is malformed becomes U+FFFD, one for each
 /// longest part that could still have begun a character, as the Unicode standard recommends.
-VEXSYS_API Uni16String UTF8ToUni16Char(const char* text);
 VEXSYS_API Uni16String UTF8ToUni16Char(const char* bytes, std::size_t size);
+VEXSYS_API Uni16String UTF8ToUni16Char(const char* text);
 
-/// Required. Encodes in UTF-8. A surrogate without its other half, and a unit above U+FFFF, become
-/// U+FFFD.
+/// Encodes in UTF-8. A surrogate without its other half, and a unit above U+FFFF, become U+FFFD.
+/// Required by the program vexxml alone.
 VEXSYS_API std::string Uni16CharToUTF8(const Uni16String& text);
 
 /// Required. A text in the platform's 8-bit encoding, which is UTF-8 here, up to the NUL.

@@ -11,14 +11,6 @@ using Converter = std::wstring_convert<std::codecvt_utf8_utf16<wchar_t>>;
 
 }  // namespace
 
-long Uni16CharCompare(const Uni16String& left, const Uni16String& right) {
-    return left.compare(right);
-}
-
-long Uni16CharPartialCompare(const wchar_t* left, const wchar_t* right, unsigned long long count) {
-    return Core::uni16char_traits::compare(left, right, count);
-}
-
 unsigned long long Uni16CharPartialFindCharacter(const wchar_t* text, wchar_t unit,
                                                  unsigned long long count) {
     unsigned long long place = 0;
@@ -34,11 +26,6 @@ Uni16String UTF8ToUni16Char(const std::string& bytes) {
 
 Uni16String UTF8ToUni16Char(const char* bytes, unsigned long long size) {
     return UTF8ToUni16Char(std::string(bytes, size));
-}
-
-std::string Uni16CharToUTF8(const Uni16String& text) {
-    Converter converter("\xEF\xBF\xBD");
-    return converter.to_bytes(text.data(), text.data() + text.size());
 }
 
 Uni16String PlatformCStringToUni16Char(const std::string& text) { return UTF8ToUni16Char(text); }

@@ -15,13 +15,10 @@ class uni16char_traits : public std::char_traits<wchar_t> {};
 
 typedef std::basic_string<wchar_t, Core::uni16char_traits> Uni16String;
 
-long Uni16CharCompare(const Uni16String& left, const Uni16String& right);
-long Uni16CharPartialCompare(const wchar_t* left, const wchar_t* right, unsigned long long count);
 unsigned long long Uni16CharPartialFindCharacter(const wchar_t* text, wchar_t unit,
                                                  unsigned long long count);
 Uni16String UTF8ToUni16Char(const std::string& bytes);
 Uni16String UTF8ToUni16Char(const char* bytes, unsigned long long size);
-std::string Uni16CharToUTF8(const Uni16String& text);
 Uni16String PlatformCStringToUni16Char(const std::string& text);
 
 }  // namespace VexSys
