@@ -133,6 +133,7 @@ double toNumber(std::string_view text) {
     double number = 0;
     const auto format = isHex ? std::chars_format::hex : std::chars_format::general;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), number, format);
+    if (read.ec == std::errc::invalid_argument) return 0;
     if (read.ec == std::errc::result_out_of_range) {
         const auto length = static_cast<std::size_t>(read.ptr - text.data());
         number = beyondRange(text.substr(0, length), isHex);
