@@ -1,0 +1,31 @@
+#pragma once
+
+/// What is asked of a library about a document.
+
+#include <string>
+
+#include "Documents.h"
+#include "peers/Library.h"
+
+namespace Bench {
+
+struct Subject {
+    Library& library;
+    const DocumentInfo& document;
+    std::string path;
+    std::string text;  ///< what stands in the file
+};
+
+/// Prints what the library finds, in JSON, for comparison with others. False when it refuses the
+/// document.
+bool printAnswers(const Subject& subject);
+
+/// Parses once, in a process that has not parsed before, and prints the seconds that took with
+/// freeing, and the memory held and touched. False when the document is refused.
+bool printFirst(const Subject& subject);
+
+/// Times all operations that library and document allow with Google Benchmark, which takes the
+/// arguments (the first is skipped) and prints the results.
+bool runTimes(const Subject& subject, int argc, char** argv);
+
+}  // namespace Bench

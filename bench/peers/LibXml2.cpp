@@ -1,0 +1,181 @@
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+#include <libxml/valid.h>
+#include <libxml/xpath.h>
+
+#include "peers/Library.h"
+
+namespace Bench {
+
+namespace {
+
+constexpr int kOptions = XML_PARSE_NOENT | XML_PARSE_NOBLANKS | XML_PARSE_HUGE | XML_PARSE_COMPACT |
+                         XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+
+const char* chars(const xmlChar* text) {
+    return text == nullptr ? "" : reinterpret_cast<const char*>(text);
+}
+
+const xmlChar* xmlChars(const std::string& text) {
+    return reinterpret_cast<const xmlChar*>(text.c_str());
+}
+
+// Of the name with its prefix, as it stands in the document.
+std::size_t lengthOf(const xmlChar* prefix, const xmlChar* name) {
+    return (prefix == nullptr ? 0 : std::strlen(chars(prefix)) + 1) + std::strlen(chars(name));
+}
+
+std::size_t lengthOf(const xmlNs* space, const xmlChar* name) {
+    return lengthOf(space == nullptr ? nullptr : space->prefix, name);
+}
+
+// With references resolved, the value is one text node, or none when it is empty.
+const char* valueOf(const xmlAttr& attribute) {
+    return attribute.children == nullptr ? "" : chars(attribute.children->content);
+}
+
+// Declarations of namespaces are attributes to all the others.
+template <class Tally>
+void tallyNamespaces(const xmlNode& node, Tally& tally) {
+    static const xmlChar* const keyword = BAD_CAST "xmlns";
+    for (const xmlNs* space = node.nsDef; space != nullptr; space = space->next) {
+        const std::size_t length =
+            space->prefix == nullptr ? lengthOf(space, keyword) : lengthOf(keyword, space->prefix);
+        tally.attribute("", length, chars(space->href), std::strlen(chars(space->href)));
+    }
+}
+
+template <class Tally>
+void tallyNode(const xmlNode& node, Tally& tally) {
+    if (node.type == XML_TEXT_NODE || node.type == XML_CDATA_SECTION_NODE) {
+        tally.text(chars(node.content), std::strlen(chars(node.content)));
+    } else if (node.type == XML_ELEMENT_NODE) {
+        tally.element(chars(node.name), lengthOf(node.ns, node.name));
+        tallyNamespaces(node, tally);
+        for (const xmlAttr* attribute = node.properties; attribute != nullptr;
+             attribute = attribute->next) {
+            tally.attribute(chars(attribute->name), lengthOf(attribute->ns, attribute->name),
+                            valueOf(*attribute), std::strlen(valueOf(*attribute)));
+        }
+    }
+}
+
+template <class Tally>
+void walkTree(const xmlNode& root, Tally& tally) {
+    const xmlNode* node = &root;
+    while (node != nullptr) {
+        tallyNode(*node, tally);
+        const xmlNode* next = node->type == XML_ELEMENT_NODE ? node->children : nullptr;
+        while (next == nullptr && node != &root) {
+            next = node->next;
+            if (next == nullptr) node = node->parent;
+        }
+        node = next;
+    }
+}
+
+std::size_t firstTextBytes(const xmlNode& node) {
+    const xmlNode* child = node.children;
+    while (child != nullptr && child->type != XML_TEXT_NODE &&
+           child->type != XML_CDATA_SECTION_NODE) {
+        child = child->next;
+    }
+    return child == nullptr ? 0 : std::strlen(chars(child->content));
+}
+
+using Context = std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)>;
+
+// Without comments and processing instructions.
+Context makeContext() {
+    Context context(xmlNewParserCtxt(), xmlFreeParserCtxt);
+    context->sax->comment = nullptr;
+    context->sax->processingInstruction = nullptr;
+    return context;
+}
+
+class LibXml2Library : public Library {
+public:
+    LibXml2Library() { xmlInitParser(); }
+
+    Abilities abilities() const override { return {true, true, true, true, true}; }
+
+    bool parse(const std::string& text) override {
+        const Context context = makeContext();
+        return hold(xmlCtxtReadMemory(context.get(), text.data(), static_cast<int>(text.size()),
+                                      nullptr, nullptr, kOptions));
+    }
+    bool parseFile(const std::string& path) override {
+        const Context context = makeContext();
+        return hold(xmlCtxtReadFile(context.get(), path.c_str(), nullptr, kOptions));
+    }
+    void clear() override { mDocument.reset(); }
+
+    void walk(Lengths& tally) override { walkTree(*xmlDocGetRootElement(mDocument.get()), tally); }
+    void walk(Answers& tally) override { walkTree(*xmlDocGetRootElement(mDocument.get()), tally); }
+
+    std::string write() override {
+        xmlChar* text = nullptr;
+        const int size = writeTo(&text);
+        std::string copy(chars(text), static_cast<std::size_t>(size));
+        xmlFree(text);
+        return copy;
+    }
+    std::size_t writeToMemory() override {
+        xmlChar* text = nullptr;
+        const int size = writeTo(&text);
+        xmlFree(text);
+        return static_cast<std::size_t>(size);
+    }
+    bool writeFile(const std::string& path) override {
+        return xmlSaveFormatFile(path.c_str(), mDocument.get(), 1) >= 0;
+    }
+
+    std::size_t select(const std::string& expression) override {
+        return withNodes(expression, [](const xmlNodeSet& found) {
+            return static_cast<std::size_t>(found.nodeNr);
+        });
+    }
+    std::size_t selectedBytes(const std::string& expression) override {
+        return withNodes(expression, [](const xmlNodeSet& found) {
+            std::size_t bytes = 0;
+            for (int i = 0; i < found.nodeNr; ++i) bytes += firstTextBytes(*found.nodeTab[i]);
+            return bytes;
+        });
+    }
+
+    bool validate() override {
+        const std::unique_ptr<xmlValidCtxt, decltype(&xmlFreeValidCtxt)> context(xmlNewValidCtxt(),
+                                                                                 xmlFreeValidCtxt);
+        return xmlValidateDocument(context.get(), mDocument.get()) == 1;
+    }
+
+private:
+    bool hold(xmlDoc* document) {
+        mDocument.reset(document);
+        return document != nullptr;
+    }
+    int writeTo(xmlChar** text) {
+        int size = 0;
+        xmlDocDumpFormatMemory(mDocument.get(), text, &size, 1);
+        return size;
+    }
+
+    template <class Use>
+    std::size_t withNodes(const std::string& expression, const Use& use) {
+        const std::unique_ptr<xmlXPathContext, decltype(&xmlXPathFreeContext)> context(
+            xmlXPathNewContext(mDocument.get()), xmlXPathFreeContext);
+        const std::unique_ptr<xmlXPathObject, decltype(&xmlXPathFreeObject)> result(
+            xmlXPathEvalExpression(xmlChars(expression), context.get()), xmlXPathFreeObject);
+        if (result == nullptr || result->nodesetval == nullptr) return 0;
+        return use(*result->nodesetval);
+    }
+
+    std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)> mDocument{nullptr, xmlFreeDoc};
+};
+
+const Registration kLibXml2({"libxml2", LIBXML_DOTTED_VERSION, LibraryInfo::Kind::Tree,
+                             [] { return std::make_unique<LibXml2Library>(); }});
+
+}  // namespace
+
+}  // namespace Bench
