@@ -10,8 +10,8 @@
 namespace Xml {
 namespace {
 
-// What the searches of a step may look at one by one: so many candidates each, and in all so many
-// more, or so many times what the query has looked at to come to them.
+// What the searches of a step may look at in vain: so many candidates each, and in all so many
+// more, or so many times what the query has looked at to some use.
 constexpr std::size_t kFewCandidates = 16;
 constexpr std::size_t kManyCandidates = 20000;
 constexpr std::size_t kFactor = 4;
@@ -19,42 +19,66 @@ constexpr std::size_t kFactor = 4;
 }  // namespace
 
 void AxisWalk::collect(const Step& step, const NodeList& context, NodeList& output) {
+    output.clear();
+    if (isHopeless(step, context)) return;
     mOutput = &output;
     mSeeksOne = false;
     walk(step, context);
-    mCollectedFrom += mCandidates;
+    if (output.empty()) {
+        noteSearch(step);
+    } else {
+        mUseful += mCandidates;
+    }
 }
 
-// A search ends at the first node that passes. Where many searches for the same come to nothing,
-// they would cost with the square of the document, so then the nodes that pass are counted.
+// A search ends at the first node that passes.
 bool AxisWalk::finds(const Step& step, const NodeList& context) {
-    if (mSearches.size() <= step.number) mSearches.resize(step.number + 1);
-    Search& search = mSearches[step.number];
-    const XPath::Axis axis = countedAxis(step);
-    const std::size_t patience =
-        kManyCandidates + kFewCandidates * search.count + kFactor * mCollectedFrom;
-    if (search.candidates > patience && MatchCounts::covers(axis)) {
-        if (!search.counts) search.counts = std::make_unique<MatchCounts>(order(), step.test);
-        return std::any_of(context.begin(), context.end(),
-                           [&](Object* node) { return search.counts->finds(axis, *node); });
-    }
+    if (const MatchCounts* counts = countsFor(step)) return findsAny(*counts, context);
+    mFound.clear();
     mOutput = &mFound;
     mSeeksOne = true;
     walk(step, context);
-    search.candidates += mCandidates;
-    ++search.count;
+    noteSearch(step);
     return !mFound.empty();
 }
 
-// The axis that leads to the same nodes as the step.
-XPath::Axis AxisWalk::countedAxis(const Step& step) {
-    if (!step.afterDoubleSlash) return step.axis;
-    return step.axis == XPath::ChildAxis ? XPath::DescendantAxis : XPath::NoAxis;
+bool AxisWalk::isHopeless(const Step& step, const NodeList& context) {
+    const MatchCounts* counts = countsFor(step);
+    return counts != nullptr && !findsAny(*counts, context);
+}
+
+bool AxisWalk::findsAny(const MatchCounts& counts, const NodeList& context) {
+    return std::any_of(context.begin(), context.end(),
+                       [&counts](Object* node) { return counts.finds(*node); });
+}
+
+AxisWalk::Search& AxisWalk::searchOf(const Step& step) {
+    if (mSearches.size() <= step.number) mSearches.resize(step.number + 1);
+    return mSearches[step.number];
+}
+
+void AxisWalk::noteSearch(const Step& step) {
+    Search& search = searchOf(step);
+    search.candidates += mCandidates;
+    ++search.count;
+}
+
+// Many searches for the same that come to nothing would cost with the square of the document, so
+// after some of them the nodes that pass are counted. Null as long as that is not worth it.
+const MatchCounts* AxisWalk::countsFor(const Step& step) {
+    Search& search = searchOf(step);
+    const std::size_t patience =
+        kManyCandidates + kFewCandidates * search.count + kFactor * mUseful;
+    if (search.counts == nullptr && search.candidates > patience) {
+        if (const auto way = MatchCounts::wayOf(step)) {
+            search.counts = std::make_unique<MatchCounts>(order(), step.test, *way);
+        }
+    }
+    return search.counts.get();
 }
 
 void AxisWalk::walk(const Step& step, const NodeList& context) {
     mTest = &step.test;
-    mOutput->clear();
     mCandidates = 0;
     if (step.afterDoubleSlash) {
         collectAfterDoubleSlash(step, context);
@@ -70,6 +94,7 @@ void AxisWalk::collectAfterDoubleSlash(const Step& step, const NodeList& context
                             step.axis == XPath::SelfAxis;
     if (isOneToOne) {
         mSubtrees.walk(context, Subtrees::Tops::Included, [&](Object& node) {
+            ++mCandidates;
             collectAlong(step.axis, node);
             return !isFull();
         });
@@ -225,7 +250,11 @@ void AxisWalk::GetPrecedingOf(const Object& node) {
     if (!order().isBelowRoot(node)) return;
     const DocumentOrder::NotPreceding excluded = order().notPreceding(node);
     for (DocumentOrder::Place place = 0; place < excluded.begin && !isFull(); ++place) {
-        if (!order().isOnPath(place, excluded.holder)) offer(*order().node(place));
+        if (order().isOnPath(place, excluded.holder)) {
+            ++mCandidates;
+        } else {
+            offer(*order().node(place));
+        }
     }
     offerRange(excluded.end, order().size());
 }

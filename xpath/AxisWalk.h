@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "VexXml/Dom.h"
-#include "xpath/Comparison.h"
 #include "xpath/DocumentOrder.h"
 #include "xpath/MatchCounts.h"
+#include "xpath/NodeList.h"
 #include "xpath/NodeTable.h"
 #include "xpath/Program.h"
 #include "xpath/SiblingPlaces.h"
@@ -29,15 +29,20 @@ public:
     bool finds(const Step& step, const NodeList& context);
 
 private:
-    /// The searches of one step that only ask whether there is something.
+    /// The searches of one step that found nothing, or only asked whether there is something.
     struct Search {
         std::size_t count = 0;
         std::size_t candidates = 0;           ///< in all of them
         std::unique_ptr<MatchCounts> counts;  ///< once they are the cheaper way
     };
 
+    bool isHopeless(const Step& step, const NodeList& context);
+    static bool findsAny(const MatchCounts& counts, const NodeList& context);
+    Search& searchOf(const Step& step);
+    void noteSearch(const Step& step);
+    const MatchCounts* countsFor(const Step& step);
+
     void walk(const Step& step, const NodeList& context);
-    static XPath::Axis countedAxis(const Step& step);
     void collectAfterDoubleSlash(const Step& step, const NodeList& context);
     void collectAlong(XPath::Axis axis, const NodeList& context);
     void collectAlong(XPath::Axis axis, Object& node);
@@ -68,8 +73,8 @@ private:
     SiblingPlaces mSiblings;
     Subtrees mSubtrees;
 
-    std::size_t mCollectedFrom = 0;  ///< candidates, in all steps so far
-    std::vector<Search> mSearches;   ///< by the steps' numbers
+    std::size_t mUseful = 0;        ///< candidates, in all steps that selected something
+    std::vector<Search> mSearches;  ///< by the steps' numbers
     NodeList mFound;
 
     // Of the step that is being applied.

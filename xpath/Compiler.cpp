@@ -8,8 +8,6 @@
 namespace Xml {
 namespace {
 
-bool isDigit(wchar_t unit) { return unit >= L'0' && unit <= L'9'; }
-
 // Which operators one pass of folding takes.
 enum class Pass { Multiplicative, Additive, Relational, Equality };
 
@@ -135,9 +133,11 @@ bool Compiler::decodeOperand(Frame& frame) {
 }
 
 XPath::FunctionState Compiler::decodeFunction(Piece text, Operand& operand) {
-    operand.kind = Operand::Kind::Position;
-    const XPath::FunctionState state = mScanner.ExtractFunction("position", text);
-    if (state != XPath::NotThisFunction) return state;
+    const XPath::FunctionState position = mScanner.ExtractFunction("position", text);
+    if (position != XPath::NotThisFunction) {
+        operand.kind = Operand::Kind::Position;
+        return position;
+    }
     operand.kind = Operand::Kind::Last;
     return mScanner.ExtractFunction("last", text);
 }
@@ -147,7 +147,9 @@ XPath::FunctionState Compiler::decodeFunction(Piece text, Operand& operand) {
 // A relative one has a step in any case, if only one that turns out to be empty.
 bool Compiler::decodePath(Frame& frame, Piece text) {
     const bool isAbsolute = !text.isEmpty() && mText[text.begin] == L'/';
-    operandOf(frame).kind = isAbsolute ? Operand::Kind::AbsolutePath : Operand::Kind::RelativePath;
+    Operand& operand = operandOf(frame);
+    operand.kind = isAbsolute ? Operand::Kind::AbsolutePath : Operand::Kind::RelativePath;
+    if (isAbsolute) operand.pathNumber = mProgram->absolutePathCount++;
     frame.path = {text.begin + (isAbsolute ? 1 : 0), text.end};
     frame.stepLevel = frame.level;
     return isAbsolute || (decodeStep(frame) && checkContext());

@@ -2,8 +2,7 @@
 
 namespace Xml {
 
-// Invariant: `parent` is the innermost element that is not done, and `next` its child to go on
-// with.
+// Invariant: what comes in front of the child `next` of the last of `open` is numbered.
 DocumentOrder::DocumentOrder(Document& document) : mRoot(document.getRoot()) {
     struct Open {
         Element* element;

@@ -6,7 +6,7 @@
 namespace Xml {
 namespace {
 
-// From so many nodes on, what their texts have in common is worth finding out.
+// From so many nodes on, what their values have in common is worth finding out.
 constexpr std::size_t kManyNodes = 8;
 
 // Whether positions on the axis count from the node nearest to the context node, which comes last.
@@ -16,9 +16,16 @@ bool isReverse(XPath::Axis axis) {
            axis == XPath::AncestorOrSelfAxis;
 }
 
-bool hasPredicates(const Operand& operand) {
-    return std::any_of(operand.steps.begin(), operand.steps.end(),
-                       [](const Step& step) { return !step.predicates.empty(); });
+// A relative path without predicates, and nothing else.
+bool isPlainPath(const Expression& expression) {
+    const Operand& first = expression.operands.front();
+    return expression.operands.size() == 1 && first.kind == Operand::Kind::RelativePath &&
+           std::all_of(first.steps.begin(), first.steps.end(),
+                       [](const Step& step) { return step.predicates.empty(); });
+}
+
+double positionOf(bool isReverse, std::size_t item, std::size_t count) {
+    return static_cast<double>(isReverse ? count - item : item + 1);
 }
 
 // What a predicate makes of its outcome for the context item at `position`.
@@ -37,46 +44,43 @@ bool isTrue(const ItemList& outcome, double position) {
 
 }  // namespace
 
+void Evaluator::Frame::reset(const Expression& next) {
+    expression = &next;
+    isPredicate = isReverse = seeksOne = isCommonDone = false;
+    item = operand = 0;
+    route.isActive = false;
+    found.resize(next.operands.size());
+    for (Found& operandFound : found) {
+        operandFound.nodes.clear();
+        operandFound.misses = Misses();
+    }
+    folded.assign(next.folds.size(), std::nullopt);
+    kept.clear();
+}
+
 // Without predicates, which count positions, a path leads to the same nodes in the same order
 // whether it starts from all context nodes at once or from one after another.
-std::vector<XPath::ResultItem> Evaluator::evaluate(const NodeList& context) {
+std::vector<XPath::ResultItem> Evaluator::evaluate(NodeList context) {
     const Expression& expression = mProgram.expressions.front();
-    const Operand& first = expression.operands.front();
-    const bool isPlainPath = expression.operands.size() == 1 &&
-                             first.kind == Operand::Kind::RelativePath && !hasPredicates(first);
-    NodeList nodes = context;
-    if (isPlainPath && nodes.size() > 1) {
-        mStart = nodes;
-        nodes.resize(1);
+    if (context.size() > 1 && isPlainPath(expression)) {
+        mStart = context;
+        context.resize(1);
     }
-    pushFrame(expression, nodes);
+    pushFrame(expression).context = std::move(context);
     while (mDepth > 0) advance();
     return std::move(mResults);
 }
 
-// Takes the context over and leaves some other memory in its place.
-Evaluator::Frame& Evaluator::pushFrame(const Expression& expression, NodeList& context) {
+Evaluator::Frame& Evaluator::pushFrame(const Expression& expression) {
     if (mDepth == mFrames.size()) mFrames.push_back(std::make_unique<Frame>());
     Frame& frame = *mFrames[mDepth++];
-    frame.expression = &expression;
-    frame.context.swap(context);
-    frame.operands.resize(expression.operands.size());
-    for (OperandState& operand : frame.operands) {
-        operand.nodes.clear();
-        operand.misses = Misses();
-        operand.texts.reset();
-    }
-    frame.folded.assign(expression.folds.size(), std::nullopt);
-    frame.isPredicate = frame.isReverse = frame.seeksOne = false;
-    frame.isCommonDone = frame.isInPath = false;
-    frame.item = frame.operand = 0;
-    frame.kept.clear();
+    frame.reset(expression);
     return frame;
 }
 
 void Evaluator::advance() {
     Frame& frame = *mFrames[mDepth - 1];
-    if (frame.isInPath) {
+    if (frame.route.isActive) {
         advancePath(frame);
     } else if (startNextPath(frame)) {
         return;
@@ -89,14 +93,10 @@ void Evaluator::advance() {
     }
 }
 
-// Paths that are the same for every context item come first, then the others for one item after
-// another.
 bool Evaluator::startNextPath(Frame& frame) {
     if (frame.isCommonDone && frame.item == frame.context.size()) return false;
-    const auto kind =
-        frame.isCommonDone ? Operand::Kind::RelativePath : Operand::Kind::AbsolutePath;
     const std::vector<Operand>& operands = frame.expression->operands;
-    while (frame.operand < operands.size() && operands[frame.operand].kind != kind) {
+    while (frame.operand < operands.size() && !mustFollow(frame, operands[frame.operand])) {
         ++frame.operand;
     }
     if (frame.operand == operands.size()) return false;
@@ -104,69 +104,85 @@ bool Evaluator::startNextPath(Frame& frame) {
     return true;
 }
 
+// Paths that are the same for every context item come first, then the others for one item after
+// another.
+bool Evaluator::mustFollow(const Frame& frame, const Operand& operand) const {
+    if (frame.isCommonDone) return operand.kind == Operand::Kind::RelativePath;
+    return operand.kind == Operand::Kind::AbsolutePath &&
+           !mAbsolutePaths[operand.pathNumber].isKnown;
+}
+
 void Evaluator::startPath(Frame& frame, const Operand& operand) {
-    frame.isInPath = true;
-    frame.step = 0;
-    frame.isStepTaken = false;
+    Route& route = frame.route;
+    route.isActive = true;
+    route.step = 0;
+    route.isStepTaken = false;
     if (!mStart.empty()) {
-        frame.nodes.swap(mStart);
+        route.nodes = std::exchange(mStart, {});
     } else if (operand.kind == Operand::Kind::AbsolutePath) {
-        frame.nodes.assign(1, &mDocument);
+        route.nodes.assign(1, &mDocument);
     } else {
-        frame.nodes.assign(1, frame.context[frame.item]);
+        route.nodes.assign(1, frame.context[frame.item]);
     }
 }
 
 void Evaluator::advancePath(Frame& frame) {
+    const Route& route = frame.route;
     const std::vector<Step>& steps = frame.expression->operands[frame.operand].steps;
-    if (frame.step == steps.size()) {
-        frame.operands[frame.operand].nodes.swap(frame.nodes);
-        frame.isInPath = false;
-        ++frame.operand;
-        return;
-    }
-    const Step& step = steps[frame.step];
-    if (!frame.isStepTaken) {
+    if (route.step == steps.size()) return endPath(frame);
+    const Step& step = steps[route.step];
+    if (!route.isStepTaken) {
         takeStep(frame, step);
-    } else if (frame.predicate < step.predicates.size()) {
+    } else if (route.predicate < step.predicates.size()) {
         pushPredicate(frame, step);
     } else {
         endStep(frame, step);
     }
 }
 
-// Of what is only asked to be there, the context node stands for whatever was found.
 void Evaluator::takeStep(Frame& frame, const Step& step) {
+    Route& route = frame.route;
     if (asksForExistence(frame) && isLastStep(frame) && step.predicates.empty()) {
-        if (!mWalk.finds(step, frame.nodes)) frame.nodes.clear();
+        if (!mWalk.finds(step, route.nodes)) route.nodes.clear();
     } else {
-        mWalk.collect(step, frame.nodes, mSelected);
-        frame.nodes.swap(mSelected);
+        mWalk.collect(step, route.nodes, mSelected);
+        route.nodes.swap(mSelected);
     }
-    Misses& misses = frame.operands[frame.operand].misses;
-    misses.note(step, !frame.nodes.empty(), false);
-    frame.isStepTaken = true;
-    frame.predicate = 0;
+    foundBy(frame, frame.operand).misses.note(step, !route.nodes.empty(), false);
+    route.isStepTaken = true;
+    route.predicate = 0;
 }
 
 void Evaluator::endStep(Frame& frame, const Step& step) {
-    Misses& misses = frame.operands[frame.operand].misses;
-    if (!step.predicates.empty()) misses.note(step, !frame.nodes.empty(), true);
-    ++frame.step;
-    frame.isStepTaken = false;
+    Route& route = frame.route;
+    if (!step.predicates.empty()) {
+        foundBy(frame, frame.operand).misses.note(step, !route.nodes.empty(), true);
+    }
+    ++route.step;
+    route.isStepTaken = false;
+}
+
+void Evaluator::endPath(Frame& frame) {
+    Found& found = foundBy(frame, frame.operand);
+    found.nodes.swap(frame.route.nodes);
+    found.isKnown = true;
+    frame.route.isActive = false;
+    ++frame.operand;
 }
 
 void Evaluator::pushPredicate(Frame& frame, const Step& step) {
-    const std::size_t expression = step.predicates[frame.predicate++].expression;
-    const bool isLast = frame.predicate == step.predicates.size();
-    Frame& predicate = pushFrame(mProgram.expressions[expression], frame.nodes);
-    predicate.isPredicate = true;
-    predicate.isReverse = isReverse(step.axis);
-    predicate.seeksOne = isLast && isLastStep(frame) && asksForExistence(frame);
+    Route& route = frame.route;
+    const Predicate& predicate = step.predicates[route.predicate++];
+    const bool isLast = route.predicate == step.predicates.size();
+    Frame& inner = pushFrame(mProgram.expressions[predicate.expression]);
+    inner.context.swap(route.nodes);
+    inner.isPredicate = true;
+    inner.isReverse = isReverse(step.axis);
+    inner.seeksOne = isLast && isLastStep(frame) && asksForExistence(frame);
 }
 
 bool Evaluator::isLastStep(const Frame& frame) {
-    return frame.step + 1 == frame.expression->operands[frame.operand].steps.size();
+    return frame.route.step + 1 == frame.expression->operands[frame.operand].steps.size();
 }
 
 // Whether all that matters about the path is whether it finds anything.
@@ -177,9 +193,9 @@ bool Evaluator::asksForExistence(const Frame& frame) {
 void Evaluator::popFrame() {
     Frame& frame = *mFrames[--mDepth];
     Frame* outer = mDepth > 0 ? mFrames[mDepth - 1].get() : nullptr;
-    Misses& misses = outer != nullptr ? outer->operands[outer->operand].misses : mMisses;
-    for (const OperandState& operand : frame.operands) misses.append(operand.misses);
-    if (outer != nullptr) outer->nodes.swap(frame.kept);
+    Misses& misses = outer != nullptr ? foundBy(*outer, outer->operand).misses : mMisses;
+    for (std::size_t i = 0; i < frame.found.size(); ++i) misses.append(foundBy(frame, i).misses);
+    if (outer != nullptr) outer->route.nodes.swap(frame.kept);
 }
 
 void Evaluator::endCommon(Frame& frame) {
@@ -218,71 +234,70 @@ void Evaluator::fold(Frame& frame, bool isCommon) {
         if (fold.isCommon != isCommon) continue;
         frame.folded[i] = isComparison(fold.op)
                               ? compare(frame, fold)
-                              : CalculusOnExpressionItems(valueOf(frame, fold.left),
-                                                          valueOf(frame, fold.right), fold.op);
+                              : mOperations.CalculusOnExpressionItems(
+                                    valueOf(frame, fold.left), valueOf(frame, fold.right), fold.op);
     }
 }
 
 Item Evaluator::compare(Frame& frame, const Fold& fold) {
     const ItemList left = valueOf(frame, fold.left);
     const ItemList right = valueOf(frame, fold.right);
-    if (const NodeTexts* texts = textsOf(frame, fold.right, fold)) {
-        return Item::ofFlag(CompareExpressionItems(left, right, fold.op, texts));
+    if (ManyValues* values = valuesOf(frame, fold.right, fold)) {
+        return Item::ofFlag(holdsForSome(left, *values, fold.op));
     }
-    if (const NodeTexts* texts = textsOf(frame, fold.left, fold)) {
-        return Item::ofFlag(CompareExpressionItems(right, left, mirrored(fold.op), texts));
+    if (ManyValues* values = valuesOf(frame, fold.left, fold)) {
+        return Item::ofFlag(holdsForSome(right, *values, mirrored(fold.op)));
     }
-    return Item::ofFlag(CompareExpressionItems(left, right, fold.op));
+    return Item::ofFlag(mOperations.CompareExpressionItems(left, right, fold.op));
 }
 
-// Only of nodes that every context item is compared with; otherwise null.
-const NodeTexts* Evaluator::textsOf(Frame& frame, std::size_t operand, const Fold& fold) {
+// Only of many nodes that every context item is compared with; otherwise null.
+ManyValues* Evaluator::valuesOf(Frame& frame, std::size_t operand, const Fold& fold) {
     const std::vector<Operand>& operands = frame.expression->operands;
     const bool isOftenUsed = !fold.isCommon && operand < operands.size() &&
                              operands[operand].kind == Operand::Kind::AbsolutePath;
     if (!isOftenUsed) return nullptr;
-    OperandState& state = frame.operands[operand];
-    if (state.nodes.size() < kManyNodes) return nullptr;
-    if (!state.texts) state.texts = std::make_unique<NodeTexts>(state.nodes);
-    return state.texts.get();
+    Found& found = foundBy(frame, operand);
+    if (found.nodes.size() < kManyNodes) return nullptr;
+    if (!found.values) found.values = mOperations.manyValues(found.nodes);
+    return found.values.get();
 }
 
-ItemList Evaluator::valueOf(const Frame& frame, std::size_t index) {
+// An absolute path leads to the same from everywhere, so it is followed once in the whole query.
+Evaluator::Found& Evaluator::foundBy(Frame& frame, std::size_t operand) {
+    const Operand& path = frame.expression->operands[operand];
+    return path.kind == Operand::Kind::AbsolutePath ? mAbsolutePaths[path.pathNumber]
+                                                    : frame.found[operand];
+}
+
+ItemList Evaluator::valueOf(Frame& frame, std::size_t index) {
     const std::vector<Operand>& operands = frame.expression->operands;
     if (index >= operands.size()) {
         const std::optional<Item>& item = frame.folded[index - operands.size()];
         return item ? ItemList(*item) : ItemList();
     }
     const Operand& operand = operands[index];
+    const std::size_t count = frame.context.size();
     switch (operand.kind) {
         case Operand::Kind::Literal:
             return ItemList(Item::ofText(operand.literalKey));
         case Operand::Kind::Number:
             return ItemList(Item::ofNumber(operand.number));
         case Operand::Kind::Position:
-            return ItemList(Item::ofNumber(positionOf(frame, frame.item)));
+            return ItemList(Item::ofNumber(positionOf(frame.isReverse, frame.item, count)));
         case Operand::Kind::Last:
-            return lastOf(frame);
+            // The position of the last node, which is 1 where positions count from there.
+            if (count == 0) return {};
+            return ItemList(Item::ofNumber(positionOf(frame.isReverse, count - 1, count)));
         default:
-            return ItemList(frame.operands[index].nodes);
+            return ItemList(foundBy(frame, index).nodes);
     }
 }
 
-double Evaluator::positionOf(const Frame& frame, std::size_t item) {
-    return static_cast<double>(frame.isReverse ? frame.context.size() - item : item + 1);
-}
-
-// The position of the node farthest to the back, so 1 where positions count from there.
-ItemList Evaluator::lastOf(const Frame& frame) {
-    if (frame.context.empty()) return {};
-    return ItemList(Item::ofNumber(positionOf(frame, frame.context.size() - 1)));
-}
-
-ItemList Evaluator::outcomeOf(const Frame& frame) {
+ItemList Evaluator::outcomeOf(Frame& frame) {
     const Expression& expression = *frame.expression;
-    return valueOf(frame, expression.folds.empty()
-                              ? 0
-                              : expression.operands.size() + expression.folds.size() - 1);
+    const bool isFolded = !expression.folds.empty();
+    return valueOf(frame, isFolded ? expression.operands.size() + expression.folds.size() - 1 : 0);
 }
 
 // A number keeps the item at that position. `last()` alone belongs to one item and keeps that.
@@ -294,7 +309,7 @@ void Evaluator::keepByCommon(Frame& frame) {
     if (frame.expression->folds.empty() && first.kind == Operand::Kind::Last) {
         frame.kept.push_back(frame.context[frame.isReverse ? 0 : count - 1]);
     } else if (outcome.nodes() != nullptr || outcome[0].kind != XPath::Number) {
-        if (isTrue(outcome, 0)) frame.kept.swap(frame.context);
+        if (isTrue(outcome, 0)) frame.kept = frame.context;
     } else {
         const double position = outcome[0].number;
         if (!(position >= 1 && position <= static_cast<double>(count))) return;
@@ -305,11 +320,11 @@ void Evaluator::keepByCommon(Frame& frame) {
 }
 
 void Evaluator::keepItem(Frame& frame) {
-    const bool isKept = isTrue(outcomeOf(frame), positionOf(frame, frame.item));
-    if (isKept) frame.kept.push_back(frame.context[frame.item]);
+    const double position = positionOf(frame.isReverse, frame.item, frame.context.size());
+    if (isTrue(outcomeOf(frame), position)) frame.kept.push_back(frame.context[frame.item]);
 }
 
-void Evaluator::addResults(const Frame& frame) {
+void Evaluator::addResults(Frame& frame) {
     const ItemList outcome = outcomeOf(frame);
     for (std::size_t i = 0; i < outcome.size(); ++i) {
         const Item item = outcome[i];

@@ -8,8 +8,8 @@
 #include "VexXml/Dom.h"
 #include "VexXml/XPath.h"
 #include "xpath/AxisWalk.h"
-#include "xpath/Comparison.h"
 #include "xpath/Misses.h"
+#include "xpath/Operations.h"
 #include "xpath/Program.h"
 
 namespace Xml {
@@ -23,19 +23,34 @@ namespace Xml {
 class Evaluator {
 public:
     Evaluator(const Program& program, Document& document)
-        : mProgram(program), mDocument(document), mWalk(document) {}
+        : mProgram(program),
+          mDocument(document),
+          mWalk(document),
+          mAbsolutePaths(program.absolutePathCount) {}
 
     /// Evaluates the whole expression from the context nodes. To be called once.
-    std::vector<XPath::ResultItem> evaluate(const NodeList& context);
+    std::vector<XPath::ResultItem> evaluate(NodeList context);
     /// What to blame when there are no results.
     const Misses::Blamed& blamed() const { return mMisses.blamed(); }
 
 private:
-    /// What is known of an operand.
-    struct OperandState {
-        NodeList nodes;  ///< paths: what was found, for the context item reached if it is relative
-        Misses misses;   ///< for all context items so far
-        std::unique_ptr<NodeTexts> texts;  ///< of `nodes`, once it pays
+    /// What a path has come to.
+    struct Found {
+        bool isKnown = false;  ///< absolute paths only: it has been followed
+        /// Where it led to; for a relative one, from the context item reached. When all that
+        /// matters is whether there are any, these are some other nodes if there are.
+        NodeList nodes;
+        Misses misses;                       ///< from all context items so far
+        std::unique_ptr<ManyValues> values;  ///< of `nodes`, once it pays
+    };
+
+    /// A path that is being followed.
+    struct Route {
+        bool isActive = false;
+        std::size_t step = 0;      ///< the one reached
+        bool isStepTaken = false;  ///< and only its predicates remain
+        std::size_t predicate = 0;
+        NodeList nodes;  ///< where it has led to
     };
 
     /// An expression that is being evaluated over its context.
@@ -46,56 +61,55 @@ private:
         bool isReverse = false;    ///< positions count from the end
         bool seeksOne = false;     ///< one node that is kept will do
 
-        std::vector<OperandState> operands;
-        std::vector<std::optional<Item>> folded;  ///< by fold; nothing where an operand is empty
-
         bool isCommonDone = false;  ///< what is the same for every context item is known
         std::size_t item = 0;       ///< the context item reached
         std::size_t operand = 0;    ///< the operand reached
+        Route route;                ///< of that operand
 
-        bool isInPath = false;     ///< the operand is a path, which is being followed
-        std::size_t step = 0;      ///< the step of it reached
-        bool isStepTaken = false;  ///< and only its predicates remain
-        std::size_t predicate = 0;
-        NodeList nodes;  ///< what the path has led to
+        std::vector<Found> found;                 ///< by operand, for relative paths
+        std::vector<std::optional<Item>> folded;  ///< by fold; nothing where an operand is empty
+        NodeList kept;                            ///< of the context, by a predicate
 
-        NodeList kept;  ///< of the context, by a predicate
+        void reset(const Expression& next);
     };
 
-    Frame& pushFrame(const Expression& expression, NodeList& context);
+    Frame& pushFrame(const Expression& expression);
     void pushPredicate(Frame& frame, const Step& step);
     void popFrame();
     void advance();
 
     bool startNextPath(Frame& frame);
+    bool mustFollow(const Frame& frame, const Operand& operand) const;
     void startPath(Frame& frame, const Operand& operand);
     void advancePath(Frame& frame);
     void takeStep(Frame& frame, const Step& step);
-    static void endStep(Frame& frame, const Step& step);
+    void endStep(Frame& frame, const Step& step);
+    void endPath(Frame& frame);
     static bool isLastStep(const Frame& frame);
     static bool asksForExistence(const Frame& frame);
 
     void endCommon(Frame& frame);
     void endItem(Frame& frame);
-    static void fold(Frame& frame, bool isCommon);
-    static Item compare(Frame& frame, const Fold& fold);
-    static const NodeTexts* textsOf(Frame& frame, std::size_t operand, const Fold& fold);
-    static ItemList valueOf(const Frame& frame, std::size_t index);
-    static double positionOf(const Frame& frame, std::size_t item);
-    static ItemList lastOf(const Frame& frame);
-    static ItemList outcomeOf(const Frame& frame);
+    void fold(Frame& frame, bool isCommon);
+    Item compare(Frame& frame, const Fold& fold);
+    ManyValues* valuesOf(Frame& frame, std::size_t operand, const Fold& fold);
+    Found& foundBy(Frame& frame, std::size_t operand);
+    ItemList valueOf(Frame& frame, std::size_t index);
+    ItemList outcomeOf(Frame& frame);
 
-    static void keepByCommon(Frame& frame);
-    static void keepItem(Frame& frame);
-    void addResults(const Frame& frame);
+    void keepByCommon(Frame& frame);
+    void keepItem(Frame& frame);
+    void addResults(Frame& frame);
 
     const Program& mProgram;
     Document& mDocument;
     AxisWalk mWalk;
+    Operations mOperations;
     /// Those in use come first; the others keep their memory for the next predicate.
     std::vector<std::unique_ptr<Frame>> mFrames;
     std::size_t mDepth = 0;
-    /// Where a path starts from if that is more than one context item.
+    std::vector<Found> mAbsolutePaths;  ///< by their numbers
+    /// Where the path starts from if that is more than one context item.
     NodeList mStart;
     NodeList mSelected;  ///< by the step that is being taken
     Misses mMisses;

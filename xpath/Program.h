@@ -36,8 +36,8 @@ struct Predicate {
 /// One step of a location path.
 struct Step {
     std::size_t number = 0;  ///< among all steps of the program
-    /// Counts the slashes in front of the step, from the start of the whole expression or of the
-    /// predicate, which itself counts one more than the step that it belongs to.
+    /// 1 for the first step of a path, and one more for each slash behind that. In a predicate
+    /// paths begin one above the step that the predicate belongs to.
     unsigned long level = 0;
     bool afterDoubleSlash = false;
     XPath::Axis axis = XPath::NoAxis;
@@ -61,6 +61,7 @@ struct Operand {
     std::string literalKey;       ///< Literal only: its comparison key
     double number = 0;            ///< Number only
     std::vector<Step> steps;      ///< paths only; none for `/`
+    std::size_t pathNumber = 0;   ///< AbsolutePath only: among all of the program
 
     /// Whether it comes to the same for every context item. It goes by what the operand is, not by
     /// what it finds.
@@ -87,6 +88,7 @@ struct Expression {
 struct Program {
     std::vector<Expression> expressions;
     std::size_t stepCount = 0;
+    std::size_t absolutePathCount = 0;
 };
 
 }  // namespace Xml

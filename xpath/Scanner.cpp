@@ -45,7 +45,7 @@ constexpr Keyword kKeywords[] = {
 };
 
 // What the abbreviated steps stand for.
-const Uni16String kNodeTest = L"node()";
+constexpr wchar_t kNodeTest[] = L"node()";
 
 // How many units of `name` the text begins with, if it begins with all of them; otherwise 0.
 std::size_t matchName(const char* name, const wchar_t* text, std::size_t size) {
@@ -59,8 +59,6 @@ std::size_t matchName(const char* name, const wchar_t* text, std::size_t size) {
 bool isName(const Uni16String& text, std::size_t size, const char* name) {
     return size > 0 && matchName(name, text.data(), size) == size;
 }
-
-bool isDigit(wchar_t unit) { return unit >= L'0' && unit <= L'9'; }
 
 bool isFirstNCChar(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_'; }
 
@@ -87,6 +85,8 @@ bool GetQName(const Uni16String& text, std::size_t& at, std::size_t end) {
 }
 
 }  // namespace
+
+bool isDigit(wchar_t unit) { return unit >= L'0' && unit <= L'9'; }
 
 std::vector<ExpressionItem> Scanner::SplitExpression(Piece expression) const {
     std::vector<ExpressionItem> items;

@@ -58,4 +58,7 @@ private:
     XPathError mError;
 };
 
+/// Whether a number begins with the unit.
+bool isDigit(wchar_t unit);
+
 }  // namespace Xml

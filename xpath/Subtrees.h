@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "VexXml/Dom.h"
-#include "xpath/Comparison.h"
+#include "xpath/NodeList.h"
 #include "xpath/NodeTable.h"
 
 namespace Xml {

@@ -16,6 +16,9 @@ constexpr long long kHugeExponent = 1'000'000'000'000'000;
 // The sign and 309 digits, the point, and 6 digits.
 constexpr std::size_t kLongestNumber = 1 + 309 + 1 + 6;
 
+// From this index on it is worth remembering where the first text of an element is.
+constexpr int kFarIndex = 16;
+
 std::string_view bytesOf(const DataHolder& data) {
     return {data.toCString(), static_cast<std::size_t>(data.getSize())};
 }
@@ -26,14 +29,6 @@ std::string_view plainText(CharData& node, TextBuffer& buffer) {
     if (escaped.find('&') == std::string_view::npos) return escaped;
     node.getData(&buffer.plain);
     return bytesOf(buffer.plain);
-}
-
-CharData* firstCharData(Element& element) {
-    for (int i = 0; i < element.getChildCount(); ++i) {
-        Object* child = element.getChild(i);
-        if (child->isCharData()) return child->toCharData();
-    }
-    return nullptr;
 }
 
 bool isContinuation(unsigned char byte) { return (byte & 0xC0U) == 0x80; }
@@ -108,7 +103,7 @@ double beyondRange(std::string_view number, bool isHex) {
 
 }  // namespace
 
-std::string_view valueText(Object& node, TextBuffer& buffer) {
+std::string_view ValueTexts::of(Object& node, TextBuffer& buffer) {
     if (node.isAttribute()) return bytesOf(node.toAttribute()->getValue());
     if (node.isCharData()) return plainText(*node.toCharData(), buffer);
     if (!node.isElement()) return {};
@@ -116,11 +111,21 @@ std::string_view valueText(Object& node, TextBuffer& buffer) {
     return text != nullptr ? plainText(*text, buffer) : std::string_view();
 }
 
-std::string_view comparisonKey(Object& node, TextBuffer& buffer) {
-    const std::string_view text = valueText(node, buffer);
+std::string_view ValueTexts::keyOf(Object& node, TextBuffer& buffer) {
+    const std::string_view text = of(node, buffer);
     if (isItsOwnKey(text)) return text;
     buffer.key = comparisonKey(VexSys::UTF8ToUni16Char(text.data(), text.size()));
     return buffer.key;
+}
+
+CharData* ValueTexts::firstCharData(Element& element) {
+    const NodeTable::Value* known = mFarTexts.find(&element);
+    int index = known != nullptr ? static_cast<int>(*known) : 0;
+    while (index < element.getChildCount() && !element.getChild(index)->isCharData()) ++index;
+    if (known == nullptr && index > kFarIndex) {
+        mFarTexts.insert(&element, static_cast<NodeTable::Value>(index));
+    }
+    return index < element.getChildCount() ? element.getChild(index)->toCharData() : nullptr;
 }
 
 double toNumber(std::string_view text) {

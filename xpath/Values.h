@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "VexXml/Dom.h"
+#include "xpath/NodeTable.h"
 
 namespace Xml {
 
@@ -13,14 +14,24 @@ struct TextBuffer {
     std::string key;
 };
 
-/// The value text of a node, in bytes. It refers to the node or to the buffer.
-///
-/// That is the value of an attribute, the plain text of character data or, for an element, of the
-/// first of its children that is character data; for anything else an empty text.
-std::string_view valueText(Object& node, TextBuffer& buffer);
+/// Finds the value texts of nodes. The tree must not change meanwhile.
+class ValueTexts {
+public:
+    /// The value text, in bytes. It refers to the node or to the buffer.
+    ///
+    /// That is the value of an attribute, the plain text of character data or, for an element, of
+    /// the first of its children that is character data; for anything else an empty text.
+    std::string_view of(Object& node, TextBuffer& buffer);
+    /// The comparison key of that text. It refers to the node or to the buffer.
+    std::string_view keyOf(Object& node, TextBuffer& buffer);
 
-/// The comparison key of the node's value text. It refers to the node or to the buffer.
-std::string_view comparisonKey(Object& node, TextBuffer& buffer);
+private:
+    CharData* firstCharData(Element& element);
+
+    /// Elements whose first text was far to seek, each with its index, or the number of children
+    /// when there is none.
+    NodeTable mFarTexts;
+};
 
 /// The number that the text begins with, behind white space, as `atof` reads it in the "C" locale,
 /// but 0 where that is not a number.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string_view>
 #include <utility>
 
 #include "VexSys/Localization.h"
@@ -56,7 +57,8 @@ Uni16String textOf(const XPath::ResultItem& item) {
     switch (item.kind) {
         case XPath::Node: {
             TextBuffer buffer;
-            return item.node != nullptr ? fromUTF8(valueText(*item.node, buffer)) : Uni16String();
+            ValueTexts texts;
+            return item.node != nullptr ? fromUTF8(texts.of(*item.node, buffer)) : Uni16String();
         }
         case XPath::String:
             return item.text;
@@ -150,12 +152,14 @@ bool XPath::SyntaxOK(const std::string& expression) { return SyntaxOK(fromUTF8(e
 
 XPath::ErrorCode XPath::GetErrorCode() const { return mError; }
 
-const Uni16String& XPath::GetErrorDetail() const { return mErrorDetail; }
+Uni16String XPath::GetErrorDetail() const {
+    return showsDetail(mError) ? mErrorDetail : Uni16String();
+}
 
 Uni16String XPath::GetErrorString() const {
     Uni16String text = VexSys::Localization::GetString(errorKey(mError), kModule, "");
     if (!showsDetail(mError)) return text;
-    return text + VexSys::PlatformCStringToUni16Char(kDetailMark) + mErrorDetail;
+    return text + VexSys::PlatformCStringToUni16Char(kDetailMark) + GetErrorDetail();
 }
 
 std::string XPath::GetErrorStringUTF8() const { return toUTF8(GetErrorString()); }
@@ -163,7 +167,7 @@ std::string XPath::GetErrorStringUTF8() const { return toUTF8(GetErrorString());
 // A relative expression starts from the results and uses them up; an absolute one replaces them.
 bool XPath::FindNodes(const Uni16String& expression, bool syntaxOnly) {
     const ExpressionText text(expression);
-    fail(text.error().code, text.error().detail);
+    setError(text.error().code, text.error().detail);
     if (text.size() == 0) {
         if (!syntaxOnly) mResults.clear();
         return fail(NoXPathSpecified, {});
@@ -195,13 +199,17 @@ bool XPath::EvaluateExpression(std::vector<ResultItem>& context, const Expressio
     Evaluator evaluator(program, *mDocument);
     context = evaluator.evaluate(nodesOf(context));
     const Misses::Blamed& blamed = evaluator.blamed();
-    if (context.empty() && blamed.step != nullptr) fail(NodeNotFound, detailOf(blamed, text));
+    if (context.empty() && blamed.step != nullptr) setError(NodeNotFound, detailOf(blamed, text));
     return true;
 }
 
-bool XPath::fail(ErrorCode error, const Uni16String& detail) {
+void XPath::setError(ErrorCode error, const Uni16String& detail) {
     mError = error;
     mErrorDetail = detail;
+}
+
+bool XPath::fail(ErrorCode error, const Uni16String& detail) {
+    setError(error, detail);
     return false;
 }
 

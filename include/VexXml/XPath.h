@@ -28,9 +28,10 @@ class Object;
 /// Results refer to nodes of the tree and own none. They hold until the tree changes; then the next
 /// expression must begin with "/", and the document must still live.
 ///
-/// Texts are UTF-16 in a `VexSys::Uni16String`. Wherever that is taken, UTF-8 in a `std::string` is
-/// taken as well, and what ends in `UTF8` gives it back. Nothing is thrown: a query that fails, or
-/// finds nothing, leaves an error code, and a text about it.
+/// Texts are UTF-16 in a `VexSys::Uni16String`. Expressions are taken in UTF-8 in a `std::string`
+/// as well, and what ends in `UTF8` gives texts back so. Nothing is thrown: a query that fails
+/// leaves an error code and a text about it. So does one that finds nothing, except that the code
+/// is `NoError` when only a part of its expression found nothing, as `none + some` does.
 class VEXXML_API XPath {
 public:
     /// Why the last query has no result. Behind each code stands the text of which it is an
@@ -153,7 +154,8 @@ public:
     /// boolean is "1" or "0".
     ///
     /// With the word index -1 the text comes whole. With 0 an attribute gives what stands in front
-    /// of the first space, and with any other index nothing, which is `IndexOutOfBounds`.
+    /// of the first space, be it nothing; an empty value, or any other index, is
+    /// `IndexOutOfBounds`.
     VexSys::Uni16String GetValue(unsigned long index, long wordIndex = -1);
     std::string GetValueUTF8(unsigned long index, long wordIndex = -1);
 
@@ -163,13 +165,13 @@ public:
 
     /// Whether the expression is well-formed. Nothing is selected, but the results change: after
     /// true, a relative expression leaves them as they are and an absolute one ("/" apart) leaves
-    /// none; after false it is the other way round.
+    /// none; after false it is the other way round. White space alone leaves them as they are.
     bool SyntaxOK(const VexSys::Uni16String& expression);
     bool SyntaxOK(const std::string& expression);
 
     ErrorCode GetErrorCode() const;
     /// The piece of the expression that the error is about; empty when it is about none.
-    const VexSys::Uni16String& GetErrorDetail() const;
+    VexSys::Uni16String GetErrorDetail() const;
     /// The text of the error, in the language of `VexSys::Localization`, and for most of them
     /// " --> " and the detail.
     VexSys::Uni16String GetErrorString() const;
@@ -179,6 +181,7 @@ private:
     bool FindNodes(const VexSys::Uni16String& expression, bool syntaxOnly);
     bool EvaluateExpression(std::vector<ResultItem>& context, const ExpressionText& text,
                             bool syntaxOnly);
+    void setError(ErrorCode error, const VexSys::Uni16String& detail);
     bool fail(ErrorCode error, const VexSys::Uni16String& detail);
 
     ErrorCode mError = NoError;
