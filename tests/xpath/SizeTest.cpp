@@ -18,7 +18,7 @@ namespace {
 using Xml::XPath;
 
 constexpr int kDepth = 1'000'000;
-constexpr int kWidth = 100'000;
+constexpr unsigned long kWidth = 100'000;
 
 std::string repeated(const std::string& piece, int count) {
     std::string all;
@@ -120,7 +120,7 @@ TEST(XPathSize, TreesMayBeAMillionDeep) {
 Xml::Document wideDocument() {
     auto* root = new Xml::Element("r");
     Xml::Document document(root);
-    for (int i = 0; i < kWidth; ++i) {
+    for (unsigned long i = 0; i < kWidth; ++i) {
         root->addChild(new Xml::CharData(std::string("t")));
         auto* element = new Xml::Element("a");
         element->setAttribute("x", std::to_string(i));
