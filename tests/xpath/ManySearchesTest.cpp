@@ -32,7 +32,7 @@ struct Shape {
 
 const Shape kShapes[] = {{"flat", 0, 1, 0}, {"deep", 1, 0, 0}, {"bushy", 5, 5, 4}};
 
-// Elements `a` with an attribute and, now and then, one called `rare`.
+// Elements `a` with an attribute and, now and then, one called `rare` that has one more.
 std::unique_ptr<Document> makeDocument(const Shape& shape) {
     std::mt19937 random(7);
     auto root = std::make_unique<Element>("r");
@@ -47,6 +47,7 @@ std::unique_ptr<Document> makeDocument(const Shape& shape) {
         const bool isRare = random() % 200 == 0;
         path.push_back(&addChild(*path.back(), isRare ? "rare" : "a"));
         path.back()->setAttribute("id", i);
+        if (isRare) path.back()->setAttribute("mark", i);
     }
     return std::make_unique<Document>(root.release());
 }
@@ -72,21 +73,36 @@ std::vector<Object*> filtered(const std::vector<Object*>& nodes, const std::stri
     return kept;
 }
 
-// A predicate is asked of every node, and most find nothing however far they look; so in the course
-// of the query the way of searching changes.
+// Paths that mostly find nothing, however far they look.
+const char* const kPaths[] = {
+    "descendant::rare",
+    "descendant-or-self::rare",
+    "ancestor::rare",
+    "ancestor-or-self::rare",
+    "following::rare",
+    "preceding::rare",
+    "following-sibling::rare",
+    "preceding-sibling::rare",
+    "parent::*/rare",
+    "parent::*/@mark",
+    "self::*//rare",
+    "self::*//@mark",
+    "self::*//self::rare",
+    "self::*//descendant::rare",
+    "following-sibling::rare/a",
+    "descendant::rare/@mark",
+    "preceding-sibling::none/a",
+};
+
+// A predicate is asked of every node, so in the course of the query the way of searching changes.
 TEST(XPathPredicates, FindTheSameInManyLongSearchesAsInSingleOnes) {
-    const char* const axes[] = {"descendant",        "descendant-or-self", "ancestor",
-                                "ancestor-or-self",  "following",          "preceding",
-                                "following-sibling", "preceding-sibling"};
-    const char* const contexts[] = {"//*", "//a/@id"};
     for (const Shape& shape : kShapes) {
         const auto document = makeDocument(shape);
-        for (const std::string context : contexts) {
+        for (const std::string context : {"//*", "//a/@id"}) {
             Xml::XPath all(document.get());
             all.GetValues(context);
-            for (const std::string axis : axes) {
-                SCOPED_TRACE(std::string(shape.name) + ' ' + context + ' ' + axis);
-                const std::string path = axis + "::rare";
+            for (const std::string path : kPaths) {
+                SCOPED_TRACE(std::string(shape.name) + ' ' + context + ' ' + path);
                 Xml::XPath query(document.get());
                 query.GetValues(context + '[' + path + ']');
                 EXPECT_EQ(namesOf(nodesOf(query)), namesOf(filtered(nodesOf(all), path)));
@@ -95,16 +111,52 @@ TEST(XPathPredicates, FindTheSameInManyLongSearchesAsInSingleOnes) {
     }
 }
 
-TEST(XPathPredicates, FindTheSameBelowManyNodesAsBelowSingleOnes) {
-    for (const Shape& shape : kShapes) {
-        SCOPED_TRACE(shape.name);
-        const auto document = makeDocument(shape);
-        Xml::XPath all(document.get());
-        all.GetValues("//a");
-        Xml::XPath query(document.get());
-        query.GetValues("//a[self::*//rare]");
-        EXPECT_EQ(namesOf(nodesOf(query)), namesOf(filtered(nodesOf(all), "self::*//rare")));
+struct ManyValues {
+    const char* predicate;
+    unsigned long count;  ///< of the hundred elements that it keeps
+};
+
+// The identifiers are 0 to 99. Beside nodes they are texts, "99" the greatest; else numbers.
+const ManyValues kManyValues[] = {
+    {"@id = //@id", 100},
+    {"@id != //@id", 100},
+    {"@id < //@id", 99},
+    {"//@id > @id", 99},
+    {"//@id <= @id", 100},
+    {"position() = //@id", 99},
+    {"position() != //@id", 100},
+    {"position() < //@id", 98},
+    {"//@id > position()", 98},
+    {"position() <= //@id", 99},
+    {"position() >= //@id", 100},
+    {"position() div 0 = //@id", 0},
+    {"position() div 0 > //@id", 100},
+    {"0 div 0 * position() = //@id", 0},
+    {"0 div 0 * position() != //@id", 100},
+    {"0 div 0 * position() < //@id", 0},
+    {"position() = 1 = //@id", 100},
+    {"position() < 3 > //@id", 2},
+};
+
+TEST(XPathPredicates, CompareEveryItemWithManyNodes) {
+    auto root = std::make_unique<Element>("r");
+    for (int i = 0; i < 100; ++i) addChild(*root, "a").setAttribute("id", i);
+    Document document(root.release());
+    for (const auto& [predicate, count] : kManyValues) {
+        const std::string expression = std::string("//a[") + predicate + ']';
+        EXPECT_EQ(Xml::XPath(&document).GetValues(expression), count) << expression;
     }
+}
+
+TEST(XPathPredicates, FollowAnAbsolutePathOnceForAllThatAsk) {
+    auto root = std::make_unique<Element>("r");
+    for (int i = 0; i < 100; ++i) addChild(*root, "a").setAttribute("id", i);
+    Document document(root.release());
+    Xml::XPath query(&document);
+    EXPECT_EQ(query.GetValues("/r/a[self::a[@id = /r/a/@id]]"), 100UL);
+    EXPECT_EQ(query.GetValues("/r/a[self::a[/r/a[@id = '7']]]"), 100UL);
+    EXPECT_EQ(query.GetValues("/r/a[self::a[/r/a/none]]"), 0UL);
+    EXPECT_EQ(query.GetErrorDetail(), L"none");
 }
 
 }  // namespace
