@@ -1,10 +1,10 @@
-#include "Documents.h"
+#include "bench/Documents.h"
 
 #include <fstream>
 #include <iterator>
 #include <utility>
 
-#include "Generators.h"
+#include "bench/Generators.h"
 
 namespace Bench {
 

@@ -1,4 +1,4 @@
-#include "Generators.h"
+#include "bench/Generators.h"
 
 #include <array>
 #include <random>

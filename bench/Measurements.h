@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "Documents.h"
-#include "peers/Library.h"
+#include "bench/Documents.h"
+#include "bench/peers/Library.h"
 
 namespace Bench {
 

@@ -1,4 +1,4 @@
-#include "Memory.h"
+#include "bench/Memory.h"
 
 #include <malloc.h>
 

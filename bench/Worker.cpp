@@ -12,9 +12,9 @@
 #include <iostream>
 #include <iterator>
 
-#include "Documents.h"
-#include "Measurements.h"
-#include "peers/Library.h"
+#include "bench/Documents.h"
+#include "bench/Measurements.h"
+#include "bench/peers/Library.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <fstream>
 
-#include "peers/Library.h"
+#include "bench/peers/Library.h"
 
 namespace Bench {
 

@@ -3,8 +3,9 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
+#include <cstring>
 
-#include "peers/Library.h"
+#include "bench/peers/Library.h"
 
 namespace Bench {
 

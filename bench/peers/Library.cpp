@@ -1,4 +1,4 @@
-#include "peers/Library.h"
+#include "bench/peers/Library.h"
 
 namespace Bench {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "peers/Tally.h"
+#include "bench/peers/Tally.h"
 
 namespace Bench {
 
@@ -37,7 +37,7 @@ public:
     virtual void clear() = 0;
 
     /// Visits every element, attribute and text.
-    virtual void walk(Lengths& /*tally*/) {}
+    virtual void walk(Sum& /*tally*/) {}
     virtual void walk(Answers& /*tally*/) {}
 
     /// Writes the document, indented, to memory.

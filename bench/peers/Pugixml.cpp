@@ -1,6 +1,8 @@
 #include <pugixml.hpp>
 
-#include "peers/Library.h"
+#include <cstring>
+
+#include "bench/peers/Library.h"
 
 namespace Bench {
 
@@ -8,13 +10,14 @@ namespace {
 
 template <class Tally>
 void tallyNode(const pugi::xml_node& node, Tally& tally) {
-    if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata) {
-        tally.text(node.value(), std::strlen(node.value()));
-    } else if (node.type() == pugi::node_element) {
-        tally.element(node.name(), std::strlen(node.name()));
-        for (const pugi::xml_attribute& attribute : node.attributes()) {
-            tally.attribute(attribute.name(), std::strlen(attribute.name()), attribute.value(),
-                            std::strlen(attribute.value()));
+    const pugi::xml_node_type type = node.type();
+    if (type == pugi::node_pcdata || type == pugi::node_cdata) {
+        tally.text(node.value());
+    } else if (type == pugi::node_element) {
+        tally.element(node.name());
+        for (auto attribute = node.first_attribute(); attribute;
+             attribute = attribute.next_attribute()) {
+            tally.attribute(attribute.name(), attribute.value());
         }
     }
 }
@@ -52,7 +55,7 @@ public:
     bool parseFile(const std::string& path) override { return mDocument.load_file(path.c_str()); }
     void clear() override { mDocument.reset(); }
 
-    void walk(Lengths& tally) override { walkTree(mDocument, tally); }
+    void walk(Sum& tally) override { walkTree(mDocument, tally); }
     void walk(Answers& tally) override { walkTree(mDocument, tally); }
 
     std::string write() override {

@@ -2,24 +2,30 @@
 
 /// What a walk over a tree adds up. Adapters walk for both of these by one template.
 
+#include <algorithm>
 #include <cstddef>
-#include <cstring>
+#include <string_view>
 
 namespace Bench {
 
-/// The lengths of all names, values and texts: what the timed walk asks for.
-class Lengths {
+/// The length and the first byte of all names, values and texts: what the timed walk asks for.
+class Sum {
 public:
-    void element(const char* /*name*/, std::size_t length) { mTotal += length; }
-    void attribute(const char* /*name*/, std::size_t nameLength, const char* /*value*/,
-                   std::size_t valueLength) {
-        mTotal += nameLength + valueLength;
+    void element(std::string_view name) { add(name); }
+    void attribute(std::string_view name, std::string_view value) {
+        add(name);
+        add(value);
     }
-    void text(const char* /*text*/, std::size_t length) { mTotal += length; }
+    void text(std::string_view text) { add(text); }
 
     std::size_t total() const { return mTotal; }
 
 private:
+    void add(std::string_view bytes) {
+        mTotal += bytes.size();
+        if (!bytes.empty()) mTotal += static_cast<unsigned char>(bytes[0]);
+    }
+
     std::size_t mTotal = 0;
 };
 
@@ -29,28 +35,27 @@ private:
 /// nor do carriage returns, which some keep in front of a line feed.
 class Answers {
 public:
-    void element(const char* /*name*/, std::size_t length) {
+    void element(std::string_view name) {
         ++elements;
-        nameBytes += length;
+        nameBytes += name.size();
     }
-    void attribute(const char* /*name*/, std::size_t nameLength, const char* value,
-                   std::size_t valueLength) {
+    void attribute(std::string_view name, std::string_view value) {
         ++attributes;
-        nameBytes += nameLength;
-        attributeBytes += valueLength - count(value, valueLength, "\r");
+        nameBytes += name.size();
+        valueBytes += sizeWithout("\r", value);
     }
-    void text(const char* text, std::size_t length) {
-        const std::size_t white = count(text, length, " \t\r\n");
-        if (white == length) return;
+    void text(std::string_view text) {
+        const std::size_t ink = sizeWithout(" \t\r\n", text);
+        if (ink == 0) return;
         ++texts;
-        textBytes += length - count(text, length, "\r");
-        inkBytes += length - white;
+        textBytes += sizeWithout("\r", text);
+        inkBytes += ink;
     }
 
     /// Whether a document is the same but for white space around texts.
     bool isLike(const Answers& other) const {
         return elements == other.elements && attributes == other.attributes &&
-               nameBytes == other.nameBytes && attributeBytes == other.attributeBytes &&
+               nameBytes == other.nameBytes && valueBytes == other.valueBytes &&
                inkBytes == other.inkBytes;
     }
 
@@ -58,17 +63,14 @@ public:
     std::size_t attributes = 0;
     std::size_t texts = 0;
     std::size_t nameBytes = 0;
-    std::size_t attributeBytes = 0;
+    std::size_t valueBytes = 0;
     std::size_t textBytes = 0;
     std::size_t inkBytes = 0;  ///< of texts, without white space
 
 private:
-    static std::size_t count(const char* bytes, std::size_t length, const char* wanted) {
-        std::size_t found = 0;
-        for (std::size_t i = 0; i < length; ++i) {
-            if (bytes[i] != '\0' && std::strchr(wanted, bytes[i]) != nullptr) ++found;
-        }
-        return found;
+    static std::size_t sizeWithout(std::string_view dropped, std::string_view bytes) {
+        const auto isKept = [&](char c) { return dropped.find(c) == std::string_view::npos; };
+        return static_cast<std::size_t>(std::count_if(bytes.begin(), bytes.end(), isKept));
     }
 };
 

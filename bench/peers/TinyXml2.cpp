@@ -1,6 +1,6 @@
 #include <tinyxml2.h>
 
-#include "peers/Library.h"
+#include "bench/peers/Library.h"
 
 namespace Bench {
 
@@ -9,13 +9,12 @@ namespace {
 template <class Tally>
 void tallyNode(const tinyxml2::XMLNode& node, Tally& tally) {
     if (node.ToText() != nullptr) {
-        tally.text(node.Value(), std::strlen(node.Value()));
+        tally.text(node.Value());
     } else if (const tinyxml2::XMLElement* element = node.ToElement()) {
-        tally.element(element->Name(), std::strlen(element->Name()));
+        tally.element(element->Name());
         for (auto* attribute = element->FirstAttribute(); attribute != nullptr;
              attribute = attribute->Next()) {
-            tally.attribute(attribute->Name(), std::strlen(attribute->Name()), attribute->Value(),
-                            std::strlen(attribute->Value()));
+            tally.attribute(attribute->Name(), attribute->Value());
         }
     }
 }
@@ -45,7 +44,7 @@ public:
     }
     void clear() override { mDocument.Clear(); }
 
-    void walk(Lengths& tally) override { walkTree(mDocument, tally); }
+    void walk(Sum& tally) override { walkTree(mDocument, tally); }
     void walk(Answers& tally) override { walkTree(mDocument, tally); }
 
     std::string write() override {

@@ -3,22 +3,22 @@
 #include <fstream>
 #include <sstream>
 
-#include "peers/Library.h"
+#include "bench/peers/Library.h"
 
 namespace Bench {
 
 namespace {
 
-std::size_t sizeOf(const Xml::DataHolder& text) { return static_cast<std::size_t>(text.getSize()); }
+std::string_view viewOf(const Xml::DataHolder& text) {
+    return {text.toCString(), static_cast<std::size_t>(text.getSize())};
+}
 
 template <class Tally>
 void tallyStartTag(const Xml::Element& element, Tally& tally) {
-    tally.element(element.getName().data(), element.getName().size());
+    tally.element(element.getName());
     for (int i = 0, count = element.getAttributeCount(); i < count; ++i) {
         const Xml::Attribute& attribute = *element.getAttribute(i);
-        const Xml::DataHolder& value = attribute.getValue();
-        tally.attribute(attribute.getName().data(), attribute.getName().size(), value.toCString(),
-                        sizeOf(value));
+        tally.attribute(attribute.getName(), viewOf(attribute.getValue()));
     }
 }
 
@@ -40,8 +40,7 @@ void walkTree(const Xml::Element& root, Tally& tally) {
             tallyStartTag(*child->toElement(), tally);
             open.push_back({child->toElement(), 0});
         } else {
-            const Xml::DataHolder& text = child->toCharData()->getData();
-            tally.text(text.toCString(), sizeOf(text));
+            tally.text(viewOf(child->toCharData()->getData()));
         }
     }
 }
@@ -63,7 +62,7 @@ public:
     }
     void clear() override { mDocument.reset(); }
 
-    void walk(Lengths& tally) override { walkTree(*mDocument->getRoot(), tally); }
+    void walk(Sum& tally) override { walkTree(*mDocument->getRoot(), tally); }
     void walk(Answers& tally) override { walkTree(*mDocument->getRoot(), tally); }
 
     std::string write() override {

@@ -8,7 +8,7 @@
 #include <xercesc/util/XMLChar.hpp>
 #include <xercesc/util/XercesVersion.hpp>
 
-#include "peers/Library.h"
+#include "bench/peers/Library.h"
 
 namespace Bench {
 
@@ -35,47 +35,28 @@ public:
     void docPI(const XMLCh* /*target*/, const XMLCh* /*data*/) override {}
 };
 
-// Texts are UTF-16: their lengths count units, and only the check turns them into bytes.
-void tallyText(const XMLCh* text, Lengths& tally) { tally.text("", XMLString::stringLen(text)); }
-void tallyElement(const XMLCh* name, Lengths& tally) {
-    tally.element("", XMLString::stringLen(name));
+// Texts are UTF-16. The timed walk takes their lengths in units; only the check makes them bytes.
+std::string_view viewOf(const XMLCh* text, const Sum& /*tally*/) {
+    return {reinterpret_cast<const char*>(text), XMLString::stringLen(text)};
 }
-void tallyAttribute(const XMLCh* name, const XMLCh* value, Lengths& tally) {
-    tally.attribute("", XMLString::stringLen(name), "", XMLString::stringLen(value));
-}
-
-class Utf8 {
-public:
-    explicit Utf8(const XMLCh* text) : mBytes(text, "UTF-8") {}
-    const char* data() const { return reinterpret_cast<const char*>(mBytes.str()); }
-    std::size_t size() const { return mBytes.length(); }
-
-private:
-    xercesc::TranscodeToStr mBytes;
-};
-
-void tallyText(const XMLCh* text, Answers& tally) {
-    const Utf8 bytes(text);
-    tally.text(bytes.data(), bytes.size());
-}
-void tallyElement(const XMLCh* name, Answers& tally) { tally.element("", Utf8(name).size()); }
-void tallyAttribute(const XMLCh* name, const XMLCh* value, Answers& tally) {
-    const Utf8 bytes(value);
-    tally.attribute("", Utf8(name).size(), bytes.data(), bytes.size());
+std::string viewOf(const XMLCh* text, const Answers& /*tally*/) {
+    const xercesc::TranscodeToStr bytes(text, "UTF-8");
+    return {reinterpret_cast<const char*>(bytes.str()), bytes.length()};
 }
 
 template <class Tally>
 void tallyNode(const DOMNode& node, Tally& tally) {
     if (node.getNodeType() == DOMNode::ELEMENT_NODE) {
-        tallyElement(node.getNodeName(), tally);
+        tally.element(viewOf(node.getNodeName(), tally));
         const xercesc::DOMNamedNodeMap& attributes = *node.getAttributes();
         for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
             const DOMNode& attribute = *attributes.item(i);
-            tallyAttribute(attribute.getNodeName(), attribute.getNodeValue(), tally);
+            tally.attribute(viewOf(attribute.getNodeName(), tally),
+                            viewOf(attribute.getNodeValue(), tally));
         }
     } else if (node.getNodeType() == DOMNode::TEXT_NODE ||
                node.getNodeType() == DOMNode::CDATA_SECTION_NODE) {
-        tallyText(node.getNodeValue(), tally);
+        tally.text(viewOf(node.getNodeValue(), tally));
     }
 }
 
@@ -118,7 +99,7 @@ public:
     }
     void clear() override { mDocument.reset(); }
 
-    void walk(Lengths& tally) override { walkTree(*mDocument->getDocumentElement(), tally); }
+    void walk(Sum& tally) override { walkTree(*mDocument->getDocumentElement(), tally); }
     void walk(Answers& tally) override { walkTree(*mDocument->getDocumentElement(), tally); }
 
     std::string write() override {
