@@ -133,6 +133,20 @@ TEST(ResultText, OfTheLargestNumberComesWhole) {
     EXPECT_EQ(largest.substr(0, 18), "179769313486231570");
 }
 
+// Long enough that neither the digits nor the exponent alone tell the size.
+TEST(ResultText, OfNumbersBeyondTheRangeIsInfiniteOrZero) {
+    const std::string zeros(600, '0');
+    const std::pair<std::string, const char*> numbers[] = {
+        {"1" + zeros + "e-100", "inf"},         {"-1" + zeros + "e-100", "-inf"},
+        {"." + zeros + "1e+100", "0.000000"},   {"0x1" + zeros + "p-700", "inf"},
+        {"0x." + zeros + "1p+700", "0.000000"}, {"1" + zeros + "e-600", "1.000000"},
+        {"0x1" + zeros + "p-2400", "1.000000"},
+    };
+    for (const auto& [number, text] : numbers) {
+        EXPECT_EQ(textOf("<r x='" + number + "'/>", "/r/@x + 0"), text) << number;
+    }
+}
+
 // Which sign it has depends on the processor.
 TEST(ResultText, OfNotANumberSaysSo) {
     const std::string text = textOf("<r/>", "0 div 0");
