@@ -214,6 +214,9 @@ const Encoded kEncoded[] = {
     {"\xC3\xA9", L"\x00E9", "\xC3\xA9"},
     {"\xE2\x82\xAC", L"\x20AC", "\xE2\x82\xAC"},
     {"\xF0\x9F\x98\x80", {wchar_t{0xD83D}, wchar_t{0xDE00}}, "\xF0\x9F\x98\x80"},
+    {"\xF0\x90\x80\x80", {wchar_t{0xD800}, wchar_t{0xDC00}}, "\xF0\x90\x80\x80"},
+    {"\xF4\x8F\xBF\xBF", {wchar_t{0xDBFF}, wchar_t{0xDFFF}}, "\xF4\x8F\xBF\xBF"},
+    {"\xEF\xBF\xBF", L"\xFFFF", "\xEF\xBF\xBF"},
     {"a\xFFz", L"a\xFFFDz", "a\xEF\xBF\xBDz"},
     {"\xC3", L"\xFFFD", "\xEF\xBF\xBD"},
     {"\xE2\x82z", L"\xFFFDz", "\xEF\xBF\xBDz"},
@@ -238,6 +241,20 @@ TEST(ResultText, IsDecodedFromUtf8) {
         const Uni16String asLiteral = L"/r[@x = '" + row.units + L"'][text = '" + row.units + L"']";
         EXPECT_EQ(query.GetValues(asLiteral), 1U) << row.again;
         EXPECT_EQ(query.GetValue(L"'" + row.units + L"'"), row.units);
+    }
+}
+
+// Halves of surrogate pairs, which only UTF-16 can hold.
+TEST(ResultText, KeepsUnitsThatAreNoCharacters) {
+    const auto document = xpath::parsed("<r x='\xEF\xBF\xBD'/>");
+    XPath query(document.get());
+    for (const wchar_t unit :
+         {wchar_t{0xD800}, wchar_t{0xDBFF}, wchar_t{0xDC00}, wchar_t{0xDFFF}}) {
+        const Uni16String text = {L'a', unit};
+        EXPECT_EQ(query.GetValue(L"'" + text + L"'"), text);
+        EXPECT_EQ(query.GetValueUTF8(0), "a\xEF\xBF\xBD");
+        query.GetValues(L"/r/@x = '" + Uni16String(1, unit) + L"'");
+        EXPECT_EQ(query.GetValueUTF8(0), "0");
     }
 }
 
@@ -291,9 +308,11 @@ TEST(ResultText, OfAttributesWithNamesBeyondAscii) {
     Xml::Document document(root);
     root->setAttribute("\xC5\x81", std::string("U+0141"));
     root->setAttribute("n:\xC5\x81", std::string("n"));
+    root->setAttribute("\xF0\xA0\x91\x81", std::string("U+20441"));
     root->setAttribute("\xC3\xA9", std::string("U+00E9"));
     XPath query(&document);
     EXPECT_EQ(query.GetValueUTF8("/r/@\xC5\x81"), "U+0141");
+    EXPECT_EQ(query.GetValueUTF8("/r/@\xF0\xA0\x91\x81"), "U+20441");
     EXPECT_EQ(query.GetValueUTF8("/r/@*:\xC5\x81"), "n");
     EXPECT_EQ(query.GetValueUTF8("/r/@n:\xC5\x81"), "n");
     EXPECT_EQ(query.GetValueUTF8("/r/@A"), "");
