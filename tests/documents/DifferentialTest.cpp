@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <initializer_list>
+#include <iterator>
 #include <memory>
+#include <random>
 #include <sstream>
 #include <string>
 
@@ -166,6 +169,96 @@ TEST_F(EveryStream, ReadsTheSameFromEveryDocumentWithAnyByteReplaced) {
             }
         }
     }
+}
+
+// Lines and columns of all positions tell which line starts are known.
+std::string linesOf(Xml::InStream& in, std::size_t size) {
+    std::string lines;
+    for (std::size_t position = 0; position <= size; ++position) {
+        in.setPosition(static_cast<int>(position));
+        lines += std::to_string(in.getLine()) + ':' + std::to_string(in.getColumn()) + ' ';
+    }
+    return lines;
+}
+
+// Pieces that are put together by chance: mostly they make no document, and are read up to there.
+const char* const kPieces[] = {"<a>",        "</a>",
+                               "<b c='1'>",  "<b\rc = \"&lt;\"/>",
+                               "<d/>",       "</b>",
+                               " ",          "\r",
+                               "\n",         "\r\n",
+                               "\t",         "x",
+                               "text",       "'",
+                               "\"",         "&",
+                               ";",          "&lt;",
+                               "/",          ">",
+                               "<!-- c -->", "<![CDATA[x]]>",
+                               "<?p?>",      "=",
+                               "<",          "</",
+                               "[",          "< a",
+                               "</ a\r>"};
+
+class ReadByChance : public EveryStream {
+protected:
+    std::string oneOf(std::initializer_list<const char*> texts) {
+        return *(texts.begin() + random() % texts.size());
+    }
+
+    std::string pieces() {
+        std::string text = "<a>";
+        for (auto count = random() % 12; count > 0; --count)
+            text += kPieces[random() % std::size(kPieces)];
+        return text;
+    }
+
+    std::string space() {
+        return oneOf({"", "", " ", "\r", "\n", "\r\n", "\r\r\n", "\n\r", "\t "});
+    }
+
+    // Content ::= (Text | Element | Comment | …)*
+    std::string content(int depth) {
+        std::string text;
+        for (auto count = random() % 4; count > 0; --count) {
+            text += space();
+            text += random() % 2 == 0 || depth == 0 ? leaf() : element(depth - 1);
+        }
+        return text + space();
+    }
+
+    std::string leaf() {
+        return oneOf({"text", "a\rb", "x\r\ny", "'q\r' ", "\"q\r\n\" r", "&lt;\r", "/\r", ">\r",
+                      "=x", "<!--\r-->", "<![CDATA[\r\n]]>", "<?p\r?>", "&a\r;"});
+    }
+
+    std::string element(int depth) {
+        const std::string name = oneOf({"a", "b", "long-name"});
+        std::string tag = '<' + space() + name;
+        for (auto count = random() % 3; count > 0; --count) {
+            tag += oneOf({" ", "\r", "\r\n", "\n"}) + space() + oneOf({"c", "d"}) + space() + '=' +
+                   space() + oneOf({"''", "'\r'", "\"\r\n\"", "'&amp;'"});
+        }
+        tag += space();
+        if (random() % 4 == 0) return tag + "/>";
+        return tag + '>' + content(depth) + "</" + space() + name + space() + '>';
+    }
+
+    void compare(const std::string& text) {
+        PlainInStream plain(text);
+        Xml::StringInStream string(text);
+        EXPECT_EQ(readingOf(string), readingOf(plain)) << testing::PrintToString(text);
+        EXPECT_EQ(linesOf(string, text.size()), linesOf(plain, text.size()))
+            << testing::PrintToString(text);
+    }
+
+    std::mt19937 random{11};
+};
+
+TEST_F(ReadByChance, TheSameFromPiecesOfMarkup) {
+    for (int i = 0; i < 20000 && !HasFailure(); ++i) compare(pieces());
+}
+
+TEST_F(ReadByChance, TheSameFromElementsWithAllLineEnds) {
+    for (int i = 0; i < 20000 && !HasFailure(); ++i) compare(element(3));
 }
 
 }  // namespace
