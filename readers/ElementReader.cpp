@@ -3,9 +3,20 @@
 
 #include "VexXml/Readers.h"
 #include "readers/CopyOf.h"
+#include "readers/ElementContent.h"
+#include "readers/ElementScanner.h"
 #include "readers/Quotes.h"
+#include "streams/TextWindow.h"
 
 namespace Xml {
+namespace {
+
+void adopt(Element& parent, std::unique_ptr<Element>& child) {
+    parent.addChild(child.get());
+    child.release();
+}
+
+}  // namespace
 
 ElementReader::ElementReader(Dtd* dtd) : mDtd(dtd) {}
 
@@ -32,44 +43,45 @@ Element* ElementReader::extractRoot() { return mElement.release(); }
 // stack. Invariant: the elements of `open` have their start tags read and their end tags not; each
 // belongs into the one before it, the first into the element of this reader.
 bool ElementReader::parse(InStream& in) {
-    ElementReader inner(mDtd);
-    std::vector<std::unique_ptr<Element>> open;
-    const auto innermost = [&] { return open.empty() ? mElement.get() : open.back().get(); };
-    bool isEmpty = false;
     mElement.reset();
-    if (!readStartTag(in, isEmpty)) return false;
-    if (isEmpty) return true;
+    ElementContent content = readStartTag(in);
+    if (content != ElementContent::StartTag) return content != ElementContent::Failed;
+    ElementReader inner(mDtd);
+    TextWindow window(in);
+    ElementScanner scanner(window, mDtd);
+    std::vector<std::unique_ptr<Element>> open;
+    const auto innermost = [&]() -> Element& { return open.empty() ? *mElement : *open.back(); };
     for (;;) {
-        ElementReader& reader = open.empty() ? *this : inner;
-        Content content = reader.readContent(in, *innermost());
-        if (content == Content::ChildElement) {
-            const bool isRead = inner.readStartTag(in, isEmpty);
-            open.push_back(std::move(inner.mElement));
-            content = !isRead ? Content::Failed : isEmpty ? Content::EndTag : Content::Leaf;
+        content = scanner.read(innermost(), inner.mElement);
+        if (content == ElementContent::Unread) {
+            window.handOver();
+            ElementReader& reader = open.empty() ? *this : inner;
+            content = reader.readContent(in, innermost(), inner);
+            if (content == ElementContent::Failed) {
+                setMessage(reader.getErrorMessage());
+                return false;
+            }
+            window.takeBack();
         }
-        if (content == Content::Failed) {
-            if (!open.empty()) setMessage(inner.getErrorMessage());
-            return false;
-        }
-        if (content == Content::EndTag) {
-            if (open.empty()) return true;
-            std::unique_ptr<Element> child = std::move(open.back());
-            open.pop_back();
-            innermost()->addChild(child.get());
-            child.release();
-        }
+        if (content == ElementContent::StartTag) open.push_back(std::move(inner.mElement));
+        if (content == ElementContent::EmptyElementTag) adopt(innermost(), inner.mElement);
+        if (content != ElementContent::EndTag) continue;
+        if (open.empty()) return true;
+        std::unique_ptr<Element> child = std::move(open.back());
+        open.pop_back();
+        adopt(innermost(), child);
     }
 }
 
 // STag ::= '<' Name Attribute* '>'      EmptyElemTag ::= '<' Name Attribute* '/>'
-bool ElementReader::readStartTag(InStream& in, bool& isEmpty) {
+ElementContent ElementReader::readStartTag(InStream& in) {
     std::string name;
     std::string token;
-    if (!checkToken(in, "<") || !getName(in, name)) return false;
+    if (!checkToken(in, "<") || !getName(in, name)) return ElementContent::Failed;
     mElement = std::make_unique<Element>(name);
-    if (!readAttributes(in, token)) return false;
-    isEmpty = token == "/>";
-    return isEmpty || token == ">";
+    if (!readAttributes(in, token)) return ElementContent::Failed;
+    if (token == "/>") return ElementContent::EmptyElementTag;
+    return token == ">" ? ElementContent::StartTag : ElementContent::Failed;
 }
 
 // Attribute ::= Name '=' AttValue, as many as there are. `token` is what follows them.
@@ -85,29 +97,39 @@ bool ElementReader::readAttributes(InStream& in, std::string& token) {
     return true;
 }
 
-// content ::= (element | CharData | CDSect | PI | Comment)*, one of these, or the end tag. A child
-// element is left to be read.
+// content ::= (element | CharData | CDSect | PI | Comment)*, one of these, or the end tag. Of a
+// child element `inner` reads the start tag.
 //
 // White space in front of markup is dropped with the look ahead. A text, however, must look like a
 // token: one that begins with a quote needs another one somewhere behind it.
-ElementReader::Content ElementReader::readContent(InStream& in, Element& element) {
+ElementContent ElementReader::readContent(InStream& in, Element& element, ElementReader& inner) {
     const int start = in.getPosition();
     std::string token;
-    if (!getToken(in, token)) return Content::Failed;
-    const auto leafIf = [](bool isRead) { return isRead ? Content::Leaf : Content::Failed; };
-    if (token == "</") return readEndTag(in, element) ? Content::EndTag : Content::Failed;
+    if (!getToken(in, token)) return ElementContent::Failed;
+    const auto leafIf = [](bool isRead) {
+        return isRead ? ElementContent::Leaf : ElementContent::Failed;
+    };
+    if (token == "</") {
+        return readEndTag(in, element) ? ElementContent::EndTag : ElementContent::Failed;
+    }
     if (token == "<![CDATA[") return leafIf(readCDataSection(in, element));
     if (token.compare(0, 2, "<?") == 0) return leafIf(skip(in, "?>"));
     in.setPosition(start);
-    if (token == "<") return Content::ChildElement;
+    if (token == "<") return readChild(in, inner);
     // Skipped from in front of its opener, so that "<!-->" is a whole comment. Deliberate, as is
     // that one without an end has no message: callers know both.
     if (token == "<!--") return leafIf(in.skip("-->"));
     if (token.compare(0, 2, "<!") == 0) {
         message(in, "unexpected token \"" + token + '"');
-        return Content::Failed;
+        return ElementContent::Failed;
     }
     return leafIf(readCharData(in, element));
+}
+
+ElementContent ElementReader::readChild(InStream& in, ElementReader& inner) {
+    const ElementContent tag = inner.readStartTag(in);
+    if (tag == ElementContent::Failed) setMessage(inner.getErrorMessage());
+    return tag;
 }
 
 // ETag ::= '</' Name '>'

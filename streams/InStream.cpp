@@ -115,6 +115,8 @@ int InStream::getColumn() const { return mLineStarts.columnOf(getPosition()); }
 
 const std::string& InStream::getErrorMessage() const { return mErrorMessage; }
 
+const std::string* InStream::textInMemory() const { return nullptr; }
+
 bool InStream::getTokenInParseBuffer() { return TokenReader(*this).read(); }
 
 bool InStream::getTokenltInParseBuffer() { return TokenReader(*this).readMarkup(); }

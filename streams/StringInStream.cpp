@@ -1,3 +1,4 @@
+#include <typeinfo>
 #include <utility>
 
 #include "VexXml/Streams.h"
@@ -38,6 +39,11 @@ bool StringInStream::getChar(char& c) {
 int StringInStream::getPosition() const { return mPos; }
 
 void StringInStream::setPosition(int position) { mPos = position; }
+
+// A class that a caller derived may read otherwise.
+const std::string* StringInStream::textInMemory() const {
+    return typeid(*this) == typeid(StringInStream) ? &mText : nullptr;
+}
 
 bool StringInStream::eof() { return mPos >= static_cast<int>(mText.size()); }
 

@@ -18,6 +18,8 @@
 
 namespace Xml {
 
+enum class ElementContent : int;
+
 /// What all readers share: the error text.
 class VEXXML_API Reader {
 protected:
@@ -79,11 +81,10 @@ public:
     Element* extractRoot();
 
 private:
-    enum class Content { Failed, Leaf, ChildElement, EndTag };
-
-    bool readStartTag(InStream& in, bool& isEmpty);
+    ElementContent readStartTag(InStream& in);
     bool readAttributes(InStream& in, std::string& token);
-    Content readContent(InStream& in, Element& element);
+    ElementContent readContent(InStream& in, Element& element, ElementReader& inner);
+    ElementContent readChild(InStream& in, ElementReader& inner);
     bool readEndTag(InStream& in, const Element& element);
     bool readCDataSection(InStream& in, Element& element);
     bool readCharData(InStream& in, Element& element);

@@ -100,7 +100,11 @@ private:
         std::unordered_map<int, int> mOthers;  ///< where in `mFound` each other entry is
     };
 
+    friend class TextWindow;
     friend class TokenReader;
+
+    /// All of the text, where it lies in memory and positions count its bytes; otherwise null.
+    virtual const std::string* textInMemory() const;
 
     bool getTokenInParseBuffer();
     bool getTokenltInParseBuffer();
@@ -170,6 +174,8 @@ public:
     bool eof() override;
 
 private:
+    const std::string* textInMemory() const override;
+
     std::string mText;
     int mPos = 0;
 };

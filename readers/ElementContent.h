@@ -1,0 +1,15 @@
+#pragma once
+
+namespace Xml {
+
+/// What was read of the content of an element.
+enum class ElementContent : int {
+    Unread,           ///< nothing, and nothing has changed
+    Failed,           ///< a mistake
+    Leaf,             ///< character data, a comment or a processing instruction, wholly dealt with
+    StartTag,         ///< of a child
+    EmptyElementTag,  ///< a whole child
+    EndTag            ///< of the element itself
+};
+
+}  // namespace Xml

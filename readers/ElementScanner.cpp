@@ -1,0 +1,154 @@
+#include "readers/ElementScanner.h"
+
+#include <cstring>
+#include <string>
+
+#include "values/ByteClass.h"
+
+namespace Xml {
+
+// Behind the last byte of the window stands a NUL, which is neither white space nor part of a name,
+// so no scan runs out of it.
+ElementContent ElementScanner::read(Element& parent, std::unique_ptr<Element>& child) {
+    if (!mWindow.isOpen()) return ElementContent::Unread;
+    const std::size_t first = skipWhite(mWindow.position());
+    ElementContent found = ElementContent::Unread;
+    if (mWindow[first] != '<') {
+        if (readCharData(parent, first)) found = ElementContent::Leaf;
+    } else if (mWindow[first + 1] == '/') {
+        if (readEndTag(parent, first + 1)) found = ElementContent::EndTag;
+    } else {
+        found = readStartTag(first, child);
+    }
+    if (found == ElementContent::Unread) mWindow.forget();
+    return found;
+}
+
+// The stream looks at the first token of the text, and then reads the text from its beginning, the
+// white space in front of it included.
+bool ElementScanner::readCharData(Element& parent, std::size_t first) {
+    const std::size_t begin = mWindow.position();
+    const std::size_t end = mWindow.find('<', first);
+    if (end == mWindow.size() || !passOverLookAhead(first)) return false;
+    mWindow.passOver(begin, end + 1);
+    auto text = std::make_unique<CharData>();
+    text->data().append(mWindow.at(begin), static_cast<int>(end - begin));
+    parent.addChild(text.get());
+    text.release();
+    mWindow.moveTo(end);
+    return true;
+}
+
+// A token ends in front of a delimiter or white space, unless it is a reference or a string. One
+// that the text breaks off in is a mistake.
+bool ElementScanner::passOverLookAhead(std::size_t first) {
+    const char c = mWindow[first];
+    std::size_t end = first;
+    if (c == '"' || c == '\'') {
+        end = mWindow.findAhead(c, first + 1);
+    } else if (c == '&') {
+        end = mWindow.findAhead(';', first + 1);
+    } else if (c == '/') {
+        ++end;
+    } else if (!ByteClass::isDelimiter(c)) {
+        while (end < mWindow.size() && !ByteClass::endsToken(mWindow[end])) ++end;
+    }
+    if (end == mWindow.size()) return false;
+    mWindow.passOver(mWindow.position(), end + 1);
+    return true;
+}
+
+// ETag ::= '</' Name '>'
+bool ElementScanner::readEndTag(const Element& element, std::size_t slash) {
+    const std::string& name = element.getName();
+    const std::size_t begin = skipWhite(slash + 1);
+    const std::size_t end = begin + name.size();
+    if (end >= mWindow.size() || std::memcmp(mWindow.at(begin), name.data(), name.size()) != 0) {
+        return false;
+    }
+    const std::size_t close = skipWhite(end);
+    if (name.empty() || mWindow[close] != '>') return false;
+    mWindow.passOver(mWindow.position(), slash + 1);
+    mWindow.passOver(slash + 1, end + 1);
+    mWindow.passOver(end, close + 1);
+    mWindow.moveTo(close + 1);
+    return true;
+}
+
+// STag ::= '<' Name Attribute* '>'      EmptyElemTag ::= '<' Name Attribute* '/>'
+//
+// The stream looks at the "<" and the byte behind it, and then reads the tag.
+ElementContent ElementScanner::readStartTag(std::size_t open, std::unique_ptr<Element>& child) {
+    const std::size_t begin = skipWhite(open + 1);
+    const std::size_t end = skipName(begin);
+    if (end == begin) return ElementContent::Unread;
+    mWindow.passOver(mWindow.position(), open + 2);
+    mWindow.passOver(mWindow.position(), open + 2);
+    mWindow.passOver(open + 1, end + 1);
+    std::size_t at = end;
+    if (!readAttributes(at)) return ElementContent::Unread;
+    const bool isEmpty = mWindow[at] == '/';
+    child = makeElement({begin, end});
+    mWindow.moveTo(at + (isEmpty ? 2 : 1));
+    return isEmpty ? ElementContent::EmptyElementTag : ElementContent::StartTag;
+}
+
+// Attribute ::= Name '=' AttValue, as many as there are. Then `at` is at the ">" or "/>".
+bool ElementScanner::readAttributes(std::size_t& at) {
+    mAttributes.clear();
+    for (;;) {
+        const std::size_t next = skipWhite(at);
+        const bool isEmpty = mWindow[next] == '/' && mWindow[next + 1] == '>';
+        if (mWindow[next] == '>' || isEmpty) {
+            mWindow.passOver(at, next + (isEmpty ? 2 : 1));
+            at = next;
+            return true;
+        }
+        if (!readAttribute(next, at)) return false;
+    }
+}
+
+bool ElementScanner::readAttribute(std::size_t name, std::size_t& at) {
+    const std::size_t nameEnd = skipName(name);
+    const std::size_t equals = skipWhite(nameEnd);
+    if (nameEnd == name || mWindow[equals] != '=') return false;
+    const std::size_t open = skipWhite(equals + 1);
+    const char quote = mWindow[open];
+    if (quote != '"' && quote != '\'') return false;
+    const std::size_t close = mWindow.find(quote, open + 1);
+    if (close == mWindow.size()) return false;
+    mWindow.passOver(at, nameEnd + 1);
+    mWindow.passOver(nameEnd, equals + 1);
+    mWindow.passOver(equals + 1, close + 1);
+    mAttributes.push_back({{name, nameEnd}, {open + 1, close}});
+    at = close + 1;
+    return true;
+}
+
+std::unique_ptr<Element> ElementScanner::makeElement(Stretch name) const {
+    auto element = std::make_unique<Element>(text(name));
+    for (const AttributeText& attribute : mAttributes) {
+        DataHolder value(text(attribute.value));
+        element->setAttribute(text(attribute.name), replaceEntities(value, mDtd));
+    }
+    return element;
+}
+
+std::string ElementScanner::text(Stretch stretch) const {
+    return std::string(mWindow.at(stretch.begin), stretch.end - stretch.begin);
+}
+
+std::size_t ElementScanner::skipWhite(std::size_t at) const {
+    while (ByteClass::isWhite(mWindow[at])) ++at;
+    return at;
+}
+
+// Where the name ends, when a delimiter or white space ends it too; otherwise `at`.
+std::size_t ElementScanner::skipName(std::size_t at) const {
+    std::size_t end = at;
+    if (!ByteClass::isNameStart(mWindow[end])) return at;
+    while (ByteClass::isNameChar(mWindow[end])) ++end;
+    return ByteClass::endsToken(mWindow[end]) ? end : at;
+}
+
+}  // namespace Xml
