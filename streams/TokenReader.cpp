@@ -1,13 +1,8 @@
 #include "streams/TokenReader.h"
 
-#include <cstring>
+#include "values/ByteClass.h"
 
 namespace Xml {
-namespace {
-
-bool isDelimiter(char c) { return c != 0 && std::strchr("(),><=\"'[]*+?!|/\\", c) != nullptr; }
-
-}  // namespace
 
 TokenReader::TokenReader(InStream& in) : mIn(in) {}
 
@@ -81,9 +76,9 @@ TokenReader::Outcome TokenReader::readSlash() {
 }
 
 TokenReader::Outcome TokenReader::readRest(char first) {
-    if (isDelimiter(first)) return {Outcome::State::Complete, {}};
+    if (ByteClass::isDelimiter(first)) return {Outcome::State::Complete, {}};
     for (char c = first; mIn.get(c); mIn.mParseBuffer += c) {
-        if (isDelimiter(c) || isWhite(c)) {
+        if (ByteClass::endsToken(c)) {
             mIn.putBackChar();
             return {Outcome::State::Complete, {}};
         }
