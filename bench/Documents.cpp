@@ -12,94 +12,63 @@ namespace {
 
 constexpr std::size_t kMegabyte = 1000000;
 
+// Queries: a path of children, descendants, a predicate on an attribute, one on the position.
 const Queries kRecordQueries = {"/site/item/name", "//mail", "//item[@category = 'c7']",
                                 "/site/item[300]"};
 
-// The generated documents: name, maker, use, queries.
+DocumentInfo made(const char* name, std::string (*make)(), Use use, const Queries& queries = {}) {
+    return {name, "", make, use, queries, false};
+}
+
+DocumentInfo installed(const char* name, const char* path, const Queries& queries) {
+    return {name, path, nullptr, Use::All, queries, false};
+}
+
 std::vector<DocumentInfo> generated() {
     return {
-        {"records-1", "", [] { return makeRecords(kMegabyte); }, Use::All, kRecordQueries, false},
-        {"records-10", "", [] { return makeRecords(10 * kMegabyte); }, Use::All, kRecordQueries,
-         false},
-        {"records-100", "", [] { return makeRecords(100 * kMegabyte); }, Use::Reading, {}, false},
-        {"flat",
-         "",
-         [] { return makeFlat(1000000); },
-         Use::All,
-         {"/rows/row", "//row", "//row[@id = '777']", "/rows/row[500000]"},
-         false},
-        {"attributes",
-         "",
-         [] { return makeAttributes(2 * kMegabyte); },
-         Use::All,
-         {"/points/point", "//point", "//point[@fill = 'amber']", "/points/point[4000]"},
-         false},
-        {"mixed",
-         "",
-         [] { return makeMixed(2 * kMegabyte); },
-         Use::All,
-         {"/book/p/em", "//strong", "//p[@n = '777']", "/book/p[2000]"},
-         false},
-        {"deep",
-         "",
-         [] { return makeDeep(2 * kMegabyte); },
-         Use::All,
-         {"/report/section/section/section/title", "//title", "//section[@level = '45']",
-          "/report/section[100]"},
-         false},
-        {"chain",
-         "",
-         [] { return makeChain(200000); },
-         Use::AllButOutput,
-         {"/level/level/level/level", "//level", "//level[@n = '7']", ""},
-         false},
-        {"quotes",
-         "",
-         [] { return makeQuotes(2 * kMegabyte); },
-         Use::All,
-         {"/play/line/b", "//b", "//line[@n = '777']", "/play/line[10000]"},
-         false},
-        {"valid", "", [] { return makeValid(2 * kMegabyte); }, Use::Validation, {}, false},
+        made(
+            "records-1", [] { return makeRecords(kMegabyte); }, Use::All, kRecordQueries),
+        made(
+            "records-10", [] { return makeRecords(10 * kMegabyte); }, Use::All, kRecordQueries),
+        made(
+            "records-100", [] { return makeRecords(100 * kMegabyte); }, Use::Reading),
+        made("flat", [] { return makeFlat(1000000); }, Use::All,
+             {"/rows/row", "//row", "//row[@id = '777']", "/rows/row[500000]"}),
+        made("attributes", [] { return makeAttributes(2 * kMegabyte); }, Use::All,
+             {"/points/point", "//point", "//point[@fill = 'amber']", "/points/point[4000]"}),
+        made("mixed", [] { return makeMixed(2 * kMegabyte); }, Use::All,
+             {"/book/p/em", "//strong", "//p[@n = '777']", "/book/p[2000]"}),
+        made("deep", [] { return makeDeep(2 * kMegabyte); }, Use::All,
+             {"/report/section/section/section/title", "//title", "//section[@level = '45']",
+              "/report/section[100]"}),
+        made("chain", [] { return makeChain(200000); }, Use::AllButOutput,
+             {"/level/level/level/level", "//level", "//level[@n = '7']", ""}),
+        made("quotes", [] { return makeQuotes(2 * kMegabyte); }, Use::All,
+             {"/play/line/b", "//b", "//line[@n = '777']", "/play/line[10000]"}),
+        made(
+            "valid", [] { return makeValid(2 * kMegabyte); }, Use::Validation),
     };
 }
 
-// Files of Debian packages: name, path, use, queries.
 std::vector<DocumentInfo> files() {
     return {
-        {"mime-types",
-         "/usr/share/mime/packages/freedesktop.org.xml",
-         nullptr,
-         Use::All,
-         {"/mime-info/mime-type/comment", "//glob", "//mime-type[@type = 'text/html']",
-          "/mime-info/mime-type[400]"},
-         false},
-        {"languages",
-         "/usr/share/xml/iso-codes/iso_639-3.xml",
-         nullptr,
-         Use::All,
-         {"/iso_639_3_entries/iso_639_3_entry", "//iso_639_3_entry",
-          "//iso_639_3_entry[@type = 'E']", "/iso_639_3_entries/iso_639_3_entry[4000]"},
-         false},
-        {"keyboards",
-         "/usr/share/X11/xkb/rules/evdev.xml",
-         nullptr,
-         Use::All,
-         {"/xkbConfigRegistry/layoutList/layout/configItem/name", "//variant",
-          "//group[@allowMultipleSelection = 'true']", "/xkbConfigRegistry/layoutList/layout[50]"},
-         false},
-        {"introspection",
-         "/usr/share/gir-1.0/GLib-2.0.gir",
-         nullptr,
-         Use::All,
-         {"/repository/namespace/function/doc", "//parameter", "//type[@name = 'gint']",
-          "/repository/namespace/function[100]"},
-         false},
-        {"icon",
-         "/usr/share/icons/Adwaita/scalable/legacy/preferences-desktop-appearance-symbolic.svg",
-         nullptr,
-         Use::All,
-         {"/svg/g", "//g", "//g[@id = 'layer1']", "/svg/g[1]"},
-         false},
+        installed("mime-types", "/usr/share/mime/packages/freedesktop.org.xml",
+                  {"/mime-info/mime-type/comment", "//glob", "//mime-type[@type = 'text/html']",
+                   "/mime-info/mime-type[400]"}),
+        installed("languages", "/usr/share/xml/iso-codes/iso_639-3.xml",
+                  {"/iso_639_3_entries/iso_639_3_entry", "//iso_639_3_entry",
+                   "//iso_639_3_entry[@type = 'E']", "/iso_639_3_entries/iso_639_3_entry[4000]"}),
+        installed("keyboards", "/usr/share/X11/xkb/rules/evdev.xml",
+                  {"/xkbConfigRegistry/layoutList/layout/configItem/name", "//variant",
+                   "//group[@allowMultipleSelection = 'true']",
+                   "/xkbConfigRegistry/layoutList/layout[50]"}),
+        installed("introspection", "/usr/share/gir-1.0/GLib-2.0.gir",
+                  {"/repository/namespace/function/doc", "//parameter", "//type[@name = 'gint']",
+                   "/repository/namespace/function[100]"}),
+        installed("icon",
+                  "/usr/share/icons/Adwaita/scalable/legacy/"
+                  "preferences-desktop-appearance-symbolic.svg",
+                  {"/svg/g", "//g", "//g[@filter = 'url(#a)']", "/svg/g[1]"}),
     };
 }
 

@@ -33,7 +33,11 @@ public:
 
     /// From 0 up to below `limit`.
     int choose(int limit) { return static_cast<int>(mRandom() % static_cast<unsigned>(limit)); }
-    std::string word() { return kWords[mRandom() % kWords.size()]; }
+    template <std::size_t count>
+    std::string pick(const std::array<const char*, count>& from) {
+        return from[mRandom() % count];
+    }
+    std::string word() { return pick(kWords); }
 
     Writer& words(int count) {
         for (int i = 0; i < count; ++i) *this << (i == 0 ? "" : " ") << word();
@@ -46,7 +50,7 @@ public:
 
 private:
     std::string mText;
-    std::minstd_rand mRandom{20};  // NOLINT: always the same sequence
+    std::minstd_rand mRandom{20};  // the standard fixes its sequence
 };
 
 void addMail(Writer& out) {
@@ -82,8 +86,8 @@ std::string makeSite(const std::string& prolog, std::size_t bytes) {
 void addReferences(Writer& out) {
     static const std::array<const char*, 6> references = {"&amp;",  "&lt;",   "&gt;",
                                                           "&quot;", "&apos;", "&#65;"};
-    out << out.word() << (out.choose(2) == 0 ? " " : "\n") << references[out.choose(6)] << " ";
-    out.words(1 + out.choose(4)) << references[out.choose(6)] << out.word();
+    out << out.word() << (out.choose(2) == 0 ? " " : "\n") << out.pick(references) << " ";
+    out.words(1 + out.choose(4)) << out.pick(references) << out.word();
 }
 
 void addParagraph(Writer& out, int number) {

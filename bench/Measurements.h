@@ -16,6 +16,11 @@ struct Subject {
     std::string text;  ///< what stands in the file
 };
 
+/// Whether the library can write the document.
+inline bool hasOutput(const Subject& subject) {
+    return subject.library.abilities().hasOutput && subject.document.use == Use::All;
+}
+
 /// Prints what the library finds, in JSON, for comparison with others. False when it refuses the
 /// document.
 bool printAnswers(const Subject& subject);

@@ -18,7 +18,7 @@
 
 namespace {
 
-using namespace Bench;  // NOLINT(google-build-using-namespace): the program is about nothing else
+using namespace Bench;
 
 int listLibraries() {
     static const char* const kinds[] = {"ours", "tree", "events", "floor"};

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "bench/peers/Library.h"
 
@@ -54,6 +55,8 @@ public:
 /// attribute. They are counted once.
 class AllocationFloor : public Floor {
 public:
+    ~AllocationFloor() override { AllocationFloor::clear(); }
+
     bool parse(const std::string& text) override {
         if (mBlocks.empty()) mBlocks.resize(countOf(text, '<') + countOf(text, '='));
         for (void*& block : mBlocks) block = std::calloc(1, kNodeSize);
@@ -61,7 +64,7 @@ public:
         return true;
     }
     void clear() override {
-        for (void*& block : mBlocks) std::free(block);
+        for (void*& block : mBlocks) std::free(std::exchange(block, nullptr));
     }
 
 private:

@@ -70,7 +70,8 @@ public:
     bool writeFile(const std::string& path) override {
         const Output output = print();
         std::ofstream file(path, std::ios::binary);
-        return bool(file.write(output.bytes.get(), static_cast<std::streamsize>(output.size)));
+        file.write(output.bytes.get(), static_cast<std::streamsize>(output.size));
+        return file.good();
     }
 
 private:

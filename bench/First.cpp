@@ -1,0 +1,41 @@
+// The first parse of a process, and the memory of the document.
+#include <ctime>
+
+#include "bench/Fields.h"
+#include "bench/Measurements.h"
+#include "bench/Memory.h"
+
+namespace Bench {
+
+namespace {
+
+// The memory of smaller documents is lost between the pages of the process.
+constexpr std::size_t kLeastBytes = 100000;
+
+double cpuSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+}  // namespace
+
+bool printFirst(const Subject& subject) {
+    resetPeak();
+    const std::size_t inUse = bytesInUse();
+    const std::size_t resident = residentBytes();
+    const double start = cpuSeconds();
+    if (!subject.library.parse(subject.text)) return false;
+    const double parsed = cpuSeconds();
+    Fields fields;
+    if (subject.library.abilities().hasTree && subject.text.size() >= kLeastBytes) {
+        fields.add("heap", bytesInUse() - inUse);
+        fields.add("peak", peakBytes() - resident);
+    }
+    const double again = cpuSeconds();
+    subject.library.clear();
+    fields.add("first parse", parsed - start + cpuSeconds() - again);
+    return true;
+}
+
+}  // namespace Bench
