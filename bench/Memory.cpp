@@ -28,6 +28,13 @@ std::size_t residentBytes() { return statusBytes("VmRSS:"); }
 
 std::size_t peakBytes() { return statusBytes("VmHWM:"); }
 
+void keepFreedMemory(bool on) {
+    const int threshold = on ? 1 << 30 : 128 << 10;  // the latter is what the allocator starts with
+    mallopt(M_TRIM_THRESHOLD, threshold);
+    mallopt(M_MMAP_THRESHOLD, threshold);
+    malloc_trim(0);
+}
+
 void resetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
 
 }  // namespace Bench

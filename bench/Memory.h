@@ -14,4 +14,10 @@ std::size_t residentBytes();
 std::size_t peakBytes();
 void resetPeak();
 
+/// Whether the allocator keeps what is freed (true) or gives back what it can, so that each
+/// document gets fresh pages, whatever was there before it. Left alone, it decides by what happens
+/// to be freed first and lies at the end of the heap, and pages cost as much as the work of a fast
+/// parser.
+void keepFreedMemory(bool on);
+
 }  // namespace Bench

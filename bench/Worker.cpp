@@ -14,6 +14,7 @@
 
 #include "bench/Documents.h"
 #include "bench/Measurements.h"
+#include "bench/Memory.h"
 #include "bench/peers/Library.h"
 
 namespace {
@@ -54,6 +55,7 @@ int measure(const std::string& command, int argc, char** argv) {
     const LibraryInfo* library = findLibrary(argv[2]);
     const DocumentInfo* document = findDocument(argv[3]);
     if (library == nullptr || document == nullptr) return 2;
+    keepFreedMemory(false);
     const std::unique_ptr<Library> made = library->make();
     const Subject subject = {*made, *document, argv[4], readFile(argv[4])};
     if (command == "answers") return printAnswers(subject) ? 0 : 1;
