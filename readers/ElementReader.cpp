@@ -54,6 +54,7 @@ bool ElementReader::parse(InStream& in) {
     for (;;) {
         content = scanner.read(innermost(), inner.mElement);
         if (content == ElementContent::Unread) {
+            if (window.grow()) continue;
             window.handOver();
             ElementReader& reader = open.empty() ? *this : inner;
             content = reader.readContent(in, innermost(), inner);

@@ -10,7 +10,6 @@ namespace Xml {
 // Behind the last byte of the window stands a NUL, which is neither white space nor part of a name,
 // so no scan runs out of it.
 ElementContent ElementScanner::read(Element& parent, std::unique_ptr<Element>& child) {
-    if (!mWindow.isOpen()) return ElementContent::Unread;
     const std::size_t first = skipWhite(mWindow.position());
     ElementContent found = ElementContent::Unread;
     if (mWindow[first] != '<') {
@@ -20,7 +19,6 @@ ElementContent ElementScanner::read(Element& parent, std::unique_ptr<Element>& c
     } else {
         found = readStartTag(first, child);
     }
-    if (found == ElementContent::Unread) mWindow.forget();
     return found;
 }
 

@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <istream>
 #include <streambuf>
+#include <typeinfo>
 #include <utility>
 
 #include "VexXml/Streams.h"
@@ -111,6 +113,28 @@ void FileInStream::setPosition(int position) {
         if (count >= 0 && count <= kShort && stepsBack(*mStream->rdbuf(), count)) return;
     }
     mStream->seekg(position);
+}
+
+// The buffer is asked, not the stream, so that the stream's state stays as it is. Whatever the
+// buffer throws, it throws again when the stream comes to that place.
+bool FileInStream::readAhead(std::size_t position, std::size_t count, std::string& ahead) {
+    if (mStream == nullptr || !mStream->good() || typeid(*this) != typeid(FileInStream)) {
+        return false;
+    }
+    const std::size_t kept = ahead.size();
+    std::streamsize found = 0;
+    ahead.resize(kept + count);
+    try {
+        std::streambuf& buffer = *mStream->rdbuf();
+        const std::streampos place(static_cast<std::streamoff>(position));
+        if (buffer.pubseekpos(place, std::ios_base::in) == place) {
+            found = buffer.sgetn(&ahead[kept], static_cast<std::streamsize>(count));
+        }
+    } catch (...) {
+        found = 0;
+    }
+    ahead.resize(kept + static_cast<std::size_t>(std::max<std::streamsize>(found, 0)));
+    return true;
 }
 
 bool FileInStream::eof() { return mStream == nullptr || mStream->eof(); }

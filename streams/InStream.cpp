@@ -117,6 +117,8 @@ const std::string& InStream::getErrorMessage() const { return mErrorMessage; }
 
 const std::string* InStream::textInMemory() const { return nullptr; }
 
+bool InStream::readAhead(std::size_t, std::size_t, std::string&) { return false; }
+
 bool InStream::getTokenInParseBuffer() { return TokenReader(*this).read(); }
 
 bool InStream::getTokenltInParseBuffer() { return TokenReader(*this).readMarkup(); }

@@ -6,25 +6,35 @@
 namespace Xml {
 namespace {
 
+// So much is read ahead at once, unless more is needed.
+constexpr std::size_t kLargestChunk = 256 * 1024;
+
+// A tag that begins so near the end of the window may reach beyond it.
+constexpr std::size_t kNearEnd = 4096;
+
 bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
 
 }  // namespace
 
 TextWindow::TextWindow(InStream& in) : mIn(in) {
-    const std::string* text = in.textInMemory();
-    if (text == nullptr) return;
-    mText = text->data();
-    mSize = text->size();
+    if (const std::string* text = in.textInMemory()) {
+        mIsComplete = true;
+        show(*text);
+    }
     takeBack();
 }
 
-TextWindow::~TextWindow() {
-    if (!mIsHandedOver) handOver();
+TextWindow::~TextWindow() { handOver(); }
+
+void TextWindow::show(const std::string& text) {
+    mText = text.data();
+    mSize = text.size();
+    mAhead = {};
 }
 
-std::size_t TextWindow::find(char byte, std::size_t begin) const {
-    if (begin >= mSize) return mSize;
-    const void* found = std::memchr(mText + begin, byte, mSize - begin);
+std::size_t TextWindow::find(char byte, std::size_t begin) {
+    const void* found = begin < mSize ? std::memchr(mText + begin, byte, mSize - begin) : nullptr;
+    mHasMissed = mHasMissed || found == nullptr;
     return found != nullptr ? static_cast<std::size_t>(static_cast<const char*>(found) - mText)
                             : mSize;
 }
@@ -32,28 +42,61 @@ std::size_t TextWindow::find(char byte, std::size_t begin) const {
 std::size_t TextWindow::findAhead(char byte, std::size_t begin) {
     Ahead& ahead = mAhead[byte == '"' ? 0 : byte == '\'' ? 1 : 2];
     if (begin < ahead.from || begin > ahead.place) ahead = {begin, find(byte, begin)};
+    mHasMissed = mHasMissed || ahead.place == mSize;
     return ahead.place;
 }
 
 void TextWindow::moveTo(std::size_t place) {
     noteLineStarts();
-    mPassed.clear();
+    forget();
     mAt = place;
+}
+
+// What has been gone through is dropped, and as much is read again as is kept: so hardly more than
+// one piece of content is in the window, and one of any length costs in proportion to it.
+bool TextWindow::grow() {
+    const bool mayReachBeyond = mHasMissed || mSize - mAt < kNearEnd;
+    if (mIsComplete || !mayReachBeyond) return false;
+    forget();
+    mBuffer.erase(0, mAt);
+    mBase += mAt;
+    mAt = mNextReturn = 0;
+    const std::size_t kept = mBuffer.size();
+    const std::size_t wanted = std::max(mChunk, kept);
+    mChunk = std::min(2 * mChunk, kLargestChunk);
+    const bool isMoved = mIn.readAhead(mBase + kept, wanted, mBuffer);
+    mIsOpen = mIsOpen || isMoved;
+    mIsComplete = mBuffer.size() < kept + wanted;
+    show(mBuffer);
+    return mSize > kept;
 }
 
 void TextWindow::handOver() {
     forget();
-    mIsHandedOver = true;
-    if (mText != nullptr) mIn.setPosition(static_cast<int>(mAt));
+    if (mIsOpen) mIn.setPosition(static_cast<int>(mBase + mAt));
+    mIsOpen = false;
 }
 
-// A position outside the text closes the window.
 void TextWindow::takeBack() {
-    if (mText == nullptr) return;
-    mIsHandedOver = false;
+    if (mIsComplete && mSize == 0) return;
     const int position = mIn.getPosition();
-    mAt = position < 0 ? mSize : static_cast<std::size_t>(position);
-    mNextReturn = mAt;
+    const std::size_t place = static_cast<std::size_t>(position) - mBase;
+    if (position >= 0 && place <= mSize) {
+        mAt = mNextReturn = place;
+        mIsOpen = mSize > 0;
+    } else {
+        close(position);
+    }
+}
+
+// A stream that has left what was read ahead is read ahead anew; one that has lost its position
+// never is.
+void TextWindow::close(int position) {
+    mBuffer.clear();
+    show(mBuffer);
+    mAt = mNextReturn = 0;
+    mBase = static_cast<std::size_t>(std::max(position, 0));
+    mIsComplete = mIsComplete || position < 0;
 }
 
 // Without carriage returns, which is how most texts are, there is nothing to note.
@@ -61,7 +104,10 @@ void TextWindow::noteLineStarts() {
     std::size_t end = mAt;
     for (const auto& stretch : mPassed) end = std::max(end, stretch.second);
     if (!mIn.mAfterCR && end <= mNextReturn) return;
-    mNextReturn = find('\r', mAt);
+    const void* found = std::memchr(mText + mAt, '\r', mSize - mAt);
+    mNextReturn = found != nullptr
+                      ? static_cast<std::size_t>(static_cast<const char*>(found) - mText)
+                      : mSize;
     if (!mIn.mAfterCR && end <= mNextReturn) return;
     for (const auto& [from, to] : mPassed) noteLineStarts(from, to);
 }
@@ -78,6 +124,8 @@ void TextWindow::noteLineStarts(std::size_t begin, std::size_t end) {
     mIn.mAfterCR = mText[end - 1] == '\r';
 }
 
-void TextWindow::noteLineStart(std::size_t place) { mIn.mLineStarts.add(static_cast<int>(place)); }
+void TextWindow::noteLineStart(std::size_t place) {
+    mIn.mLineStarts.add(static_cast<int>(mBase + place));
+}
 
 }  // namespace Xml

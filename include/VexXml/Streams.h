@@ -3,6 +3,7 @@
 /// Where text comes from and goes to: byte sources with the lexer that all readers share, and byte
 /// sinks that indent.
 
+#include <cstddef>
 #include <cstdint>
 #include <fstream>
 #include <iosfwd>
@@ -105,6 +106,10 @@ private:
 
     /// All of the text, where it lies in memory and positions count its bytes; otherwise null.
     virtual const std::string* textInMemory() const;
+    /// Appends up to `count` bytes from `position` on to `ahead`, fewer where there are no more.
+    /// True when that leaves no trace but another position, which the caller then has to set; false
+    /// when it cannot be done, and nothing has changed.
+    virtual bool readAhead(std::size_t position, std::size_t count, std::string& ahead);
 
     bool getTokenInParseBuffer();
     bool getTokenltInParseBuffer();
@@ -209,6 +214,7 @@ public:
     bool eof() override;
 
 private:
+    bool readAhead(std::size_t position, std::size_t count, std::string& ahead) override;
     void close();
 
     std::istream* mStream;
