@@ -127,7 +127,7 @@ Uni16String XPath::GetValue(unsigned long index, long wordIndex) {
     mError = isInBounds ? NoError : IndexOutOfBounds;
     if (!isInBounds) return {};
     const ResultItem& item = mResults[index];
-    const Uni16String text = textOf(item);
+    Uni16String text = textOf(item);
     const bool isWord = item.kind == Node && item.node != nullptr && item.node->isAttribute() &&
                         static_cast<std::uint32_t>(wordIndex) != kWholeText;
     if (!isWord) return text;

@@ -216,7 +216,7 @@ protected:
     }
 
     // Content ::= (Text | Element | Comment | …)*
-    std::string content(int depth) {
+    std::string content(int depth) {  // NOLINT(misc-no-recursion): bounded by the depth
         std::string text;
         for (auto count = random() % 4; count > 0; --count) {
             text += space();
@@ -230,7 +230,7 @@ protected:
                       "=x", "<!--\r-->", "<![CDATA[\r\n]]>", "<?p\r?>", "&a\r;"});
     }
 
-    std::string element(int depth) {
+    std::string element(int depth) {  // NOLINT(misc-no-recursion): bounded by the depth
         const std::string name = oneOf({"a", "b", "long-name"});
         std::string tag = '<' + space() + name;
         for (auto count = random() % 3; count > 0; --count) {

@@ -102,9 +102,11 @@ TEST(XPathPredicates, FindTheSameInManyLongSearchesAsInSingleOnes) {
             Xml::XPath all(document.get());
             all.GetValues(context);
             for (const std::string path : kPaths) {
-                SCOPED_TRACE(std::string(shape.name) + ' ' + context + ' ' + path);
+                std::string expression = context;
+                expression += '[' + path + ']';
+                SCOPED_TRACE(shape.name + (' ' + expression));
                 Xml::XPath query(document.get());
-                query.GetValues(context + '[' + path + ']');
+                query.GetValues(expression);
                 EXPECT_EQ(namesOf(nodesOf(query)), namesOf(filtered(nodesOf(all), path)));
             }
         }
