@@ -7,7 +7,7 @@ namespace Xml {
 namespace {
 
 // So much is read ahead at once, unless more is needed.
-constexpr std::size_t kLargestChunk = 256 * 1024;
+constexpr std::size_t kLargestChunk = 262144;
 
 // A tag that begins so near the end of the window may reach beyond it.
 constexpr std::size_t kNearEnd = 4096;

@@ -73,13 +73,13 @@ private:
     const char* mText = "";
     std::size_t mSize = 0;
     std::size_t mAt = 0;
-    std::size_t mBase = 0;           ///< the position of the window's first byte in the stream
-    std::string mBuffer;             ///< what was read ahead
-    std::size_t mChunk = 16 * 1024;  ///< how much to read ahead next
-    bool mIsOpen = false;            ///< the stream's own position is not up to date
-    bool mIsComplete = false;        ///< nothing is left to be read ahead
-    bool mHasMissed = false;         ///< something was looked for in vain since the last move
-    std::size_t mNextReturn = 0;     ///< no carriage return stands from `mAt` to before this place
+    std::size_t mBase = 0;        ///< the position of the window's first byte in the stream
+    std::string mBuffer;          ///< what was read ahead
+    std::size_t mChunk = 16384;   ///< how much to read ahead next
+    bool mIsOpen = false;         ///< the stream's own position is not up to date
+    bool mIsComplete = false;     ///< nothing is left to be read ahead
+    bool mHasMissed = false;      ///< something was looked for in vain since the last move
+    std::size_t mNextReturn = 0;  ///< no carriage return stands from `mAt` to before this place
     std::vector<std::pair<std::size_t, std::size_t>> mPassed;
     std::array<Ahead, 3> mAhead;
 };
