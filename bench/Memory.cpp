@@ -3,6 +3,7 @@
 #include <malloc.h>
 
 #include <fstream>
+#include <limits>
 #include <string>
 
 namespace Bench {
@@ -29,9 +30,9 @@ std::size_t residentBytes() { return statusBytes("VmRSS:"); }
 std::size_t peakBytes() { return statusBytes("VmHWM:"); }
 
 void keepFreedMemory(bool on) {
-    const int threshold = on ? 1 << 30 : 128 << 10;  // the latter is what the allocator starts with
-    mallopt(M_TRIM_THRESHOLD, threshold);
-    mallopt(M_MMAP_THRESHOLD, threshold);
+    mallopt(M_TRIM_THRESHOLD, on ? std::numeric_limits<int>::max() : 128 << 10);
+    mallopt(M_MMAP_THRESHOLD, 128 << 10);  // as the allocator starts out, but never moved
+    mallopt(M_MMAP_MAX, on ? 0 : 1 << 16);
     malloc_trim(0);
 }
 

@@ -56,7 +56,7 @@ public:
     }
     void clear() override {
         mDocument.clear();
-        mSource = {};
+        mSource = std::vector<char>();  // `{}` would keep its memory
     }
 
     void walk(Sum& tally) override { walkTree(mDocument, tally); }
