@@ -37,32 +37,35 @@ void walkTree(const tinyxml2::XMLNode& top, Tally& tally) {
 class TinyXml2Library : public Library {
 public:
     bool parse(const std::string& text) override {
-        return mDocument.Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS;
+        mDocument = std::make_unique<tinyxml2::XMLDocument>();
+        return mDocument->Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS;
     }
     bool parseFile(const std::string& path) override {
-        return mDocument.LoadFile(path.c_str()) == tinyxml2::XML_SUCCESS;
+        mDocument = std::make_unique<tinyxml2::XMLDocument>();
+        return mDocument->LoadFile(path.c_str()) == tinyxml2::XML_SUCCESS;
     }
-    void clear() override { mDocument.Clear(); }
+    // Its own way to clear a document keeps the memory.
+    void clear() override { mDocument.reset(); }
 
-    void walk(Sum& tally) override { walkTree(mDocument, tally); }
-    void walk(Answers& tally) override { walkTree(mDocument, tally); }
+    void walk(Sum& tally) override { walkTree(*mDocument, tally); }
+    void walk(Answers& tally) override { walkTree(*mDocument, tally); }
 
     std::string write() override {
         tinyxml2::XMLPrinter printer;
-        mDocument.Print(&printer);
+        mDocument->Print(&printer);
         return printer.CStr();
     }
     std::size_t writeToMemory() override {
         tinyxml2::XMLPrinter printer;
-        mDocument.Print(&printer);
+        mDocument->Print(&printer);
         return static_cast<std::size_t>(printer.CStrSize());
     }
     bool writeFile(const std::string& path) override {
-        return mDocument.SaveFile(path.c_str()) == tinyxml2::XML_SUCCESS;
+        return mDocument->SaveFile(path.c_str()) == tinyxml2::XML_SUCCESS;
     }
 
 private:
-    tinyxml2::XMLDocument mDocument;
+    std::unique_ptr<tinyxml2::XMLDocument> mDocument;
 };
 
 std::string version() {
