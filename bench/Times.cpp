@@ -28,6 +28,8 @@ void timeParse(State& state, const Subject& subject) {
 
 void timeParseAgain(State& state, const Subject& subject) {
     keepFreedMemory(true);
+    subject.library.parse(subject.text);
+    subject.library.clear();
     timeParse(state, subject);
     keepFreedMemory(false);
 }
