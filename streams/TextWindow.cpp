@@ -77,12 +77,15 @@ void TextWindow::handOver() {
     mIsOpen = false;
 }
 
+// What is known of carriage returns further on still holds: looking for the next one again after
+// every comment would cost with the square of the text.
 void TextWindow::takeBack() {
     if (mIsComplete && mSize == 0) return;
     const int position = mIn.getPosition();
     const std::size_t place = static_cast<std::size_t>(position) - mBase;
     if (position >= 0 && place <= mSize) {
-        mAt = mNextReturn = place;
+        mNextReturn = place < mAt ? place : std::max(mNextReturn, place);
+        mAt = place;
         mIsOpen = mSize > 0;
     } else {
         close(position);
