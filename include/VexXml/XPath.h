@@ -34,11 +34,10 @@ class Object;
 /// is `NoError` when only a part of its expression found nothing, as `none + some` does.
 class VEXXML_API XPath {
 public:
-    /// Why the last query has no result. Behind each code stands the text of which it is an
-    /// example.
+    /// Why the last query has no result. Behind each code stands an expression that gives it.
     enum ErrorCode : std::uint32_t {
         NoError = 0,
-        IndexOutOfBounds = 1,            ///< `GetValue(99, -1)`
+        IndexOutOfBounds = 1,            ///< none does, but `GetValue(99)`
         NodeNotFound = 2,                ///< nothing was selected
         NodeContainsNoData = 3,          ///< never set
         DoubleSlashAtEnd = 4,            ///< `a//`
