@@ -67,7 +67,10 @@ bool ElementReader::parse(InStream& in) {
         if (content == ElementContent::StartTag) open.push_back(std::move(inner.mElement));
         if (content == ElementContent::EmptyElementTag) adopt(innermost(), inner.mElement);
         if (content != ElementContent::EndTag) continue;
-        if (open.empty()) return true;
+        if (open.empty()) {
+            window.handOver();
+            return true;
+        }
         std::unique_ptr<Element> child = std::move(open.back());
         open.pop_back();
         adopt(innermost(), child);

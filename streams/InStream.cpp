@@ -76,9 +76,8 @@ bool InStream::getString(std::string& quoted) {
     return true;
 }
 
-// What is expected may be the error text, which reading changes.
 bool InStream::checkToken(const std::string& expected) {
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): see above
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): may be the error text itself
     const std::string wanted = expected;
     mParseBuffer.clear();
     return checkTokenInParseBuffer(wanted.data(), static_cast<int>(wanted.size()));

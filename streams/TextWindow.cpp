@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <ios>
 
 namespace Xml {
 namespace {
@@ -24,7 +25,15 @@ TextWindow::TextWindow(InStream& in) : mIn(in) {
     takeBack();
 }
 
-TextWindow::~TextWindow() { handOver(); }
+// A stream may throw when it is moved, as its owner asked, but not from a destructor; its state
+// shows the failure.
+TextWindow::~TextWindow() {
+    try {
+        handOver();
+    } catch (const std::ios_base::failure&) {
+        mIsOpen = false;
+    }
+}
 
 void TextWindow::show(const std::string& text) {
     mText = text.data();

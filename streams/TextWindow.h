@@ -21,7 +21,8 @@ namespace Xml {
 class TextWindow {
 public:
     explicit TextWindow(InStream& in);
-    /// Leaves the stream where reading has come to, unless it is handed over.
+    /// Leaves the stream where reading has come to, unless it is handed over. Throws nothing, where
+    /// `handOver` may.
     ~TextWindow();
     TextWindow(const TextWindow&) = delete;
     TextWindow& operator=(const TextWindow&) = delete;
