@@ -39,6 +39,17 @@ public:
         }
     }
 
+    /// Whether `condition` holds for some attribute; those behind that are not looked at.
+    template <class Condition>
+    bool anyOf(const Condition& condition) const {
+        for (const Block& block : mBlocks) {
+            for (const auto& attribute : block) {
+                if (condition(*attribute)) return true;
+            }
+        }
+        return false;
+    }
+
 private:
     using Block = std::vector<std::unique_ptr<Attribute>>;
 

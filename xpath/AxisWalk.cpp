@@ -18,17 +18,19 @@ constexpr std::size_t kFactor = 4;
 
 }  // namespace
 
-void AxisWalk::collect(const Step& step, const NodeList& context, NodeList& output) {
+bool AxisWalk::collect(const Step& step, const NodeList& context, const Demand& demand,
+                       NodeList& output) {
     output.clear();
-    if (isHopeless(step, context)) return;
+    if (isHopeless(step, context)) return false;
     mOutput = &output;
-    mSeeksOne = false;
+    mDemand = demand;
     walk(step, context);
-    if (output.empty()) {
-        noteSearch(step);
-    } else {
+    if (mHasMatch) {
         mUseful += mCandidates;
+    } else {
+        noteSearch(step);
     }
+    return mHasMatch;
 }
 
 // A search ends at the first node that passes.
@@ -36,7 +38,7 @@ bool AxisWalk::finds(const Step& step, const NodeList& context) {
     if (const MatchCounts* counts = countsFor(step)) return findsAny(*counts, context);
     mFound.clear();
     mOutput = &mFound;
-    mSeeksOne = true;
+    mDemand = {nullptr, 1};
     walk(step, context);
     noteSearch(step);
     return !mFound.empty();
@@ -78,8 +80,9 @@ const MatchCounts* AxisWalk::countsFor(const Step& step) {
 }
 
 void AxisWalk::walk(const Step& step, const NodeList& context) {
-    mTest = &step.test;
+    mMatcher = NodeMatcher(step.test);
     mCandidates = 0;
+    mHasMatch = false;
     if (step.afterDoubleSlash) {
         collectAfterDoubleSlash(step, context);
     } else {
@@ -92,6 +95,9 @@ void AxisWalk::walk(const Step& step, const NodeList& context) {
 void AxisWalk::collectAfterDoubleSlash(const Step& step, const NodeList& context) {
     const bool isOneToOne = step.axis == XPath::ChildAxis || step.axis == XPath::AttributeAxis ||
                             step.axis == XPath::SelfAxis;
+    if (step.axis == XPath::ChildAxis && context.size() == 1) {
+        return offerAllChildrenBelow(*context.front());
+    }
     if (isOneToOne) {
         mSubtrees.walk(context, Subtrees::Tops::Included, [&](Object& node) {
             ++mCandidates;
@@ -151,20 +157,21 @@ void AxisWalk::collectAlong(XPath::Axis axis, Object& node) {
 }
 
 void AxisWalk::GetChildrenOf(Object& node) {
-    if (node.isDocument()) {
+    if (NodeAccess::isElement(node)) {
+        const Element& element = static_cast<Element&>(node);
+        offerChildren(element, 0, NodeAccess::childrenOf(element).size());
+    } else if (node.isDocument()) {
         if (Element* root = node.toDocument()->getRoot()) offer(*root);
-    } else if (node.isElement()) {
-        Element& element = *node.toElement();
-        offerChildren(element, 0, element.getChildCount());
     }
 }
 
 void AxisWalk::GetAttributesOf(Object& node) {
-    if (!node.isElement()) return;
-    const AttributeList* attributes = AttributeList::of(*node.toElement());
+    if (!NodeAccess::isElement(node)) return;
+    const AttributeList* attributes = AttributeList::of(static_cast<Element&>(node));
     if (attributes == nullptr) return;
-    attributes->forEach([this](Attribute& attribute) {
-        if (!isFull()) offer(attribute);
+    attributes->anyOf([this](Attribute& attribute) {
+        offer(attribute);
+        return isFull();
     });
 }
 
@@ -180,7 +187,7 @@ void AxisWalk::GetAncestorsOf(Object& node, bool includesNode) {
     mAncestors.clear();
     for (Object* above = node.getParent(); above != nullptr && isNew(*above) && !isFull();
          above = above->getParent()) {
-        if (mSeeksOne) {
+        if (mDemand.limit == 1) {
             offer(*above);
         } else {
             mAncestors.push_back(above);
@@ -203,21 +210,23 @@ void AxisWalk::GetFollowingSiblingsOf(Object& node) {
     Element* parent = parentWithSiblings(node);
     const int index = parent != nullptr ? mSiblings.indexOf(*parent, node) : -1;
     if (index < 0) return;
-    const int count = parent->getChildCount();
-    if (!mHasSeveral) return offerChildren(*parent, index + 1, count);
+    const auto behind = static_cast<NodeTable::Value>(index + 1);
+    const std::size_t count = NodeAccess::childrenOf(*parent).size();
+    if (!mHasSeveral) return offerChildren(*parent, behind, count);
     NodeTable::Value& begun = mSeen.valueOf(parent, static_cast<NodeTable::Value>(count));
-    offerChildren(*parent, index + 1, static_cast<int>(begun));
-    begun = std::min(begun, static_cast<NodeTable::Value>(index + 1));
+    offerChildren(*parent, behind, begun);
+    begun = std::min(begun, behind);
 }
 
 void AxisWalk::GetPrecedingSiblingsOf(Object& node) {
     Element* parent = parentWithSiblings(node);
     const int index = parent != nullptr ? mSiblings.indexOf(*parent, node) : -1;
     if (index < 0) return;
-    if (!mHasSeveral) return offerChildren(*parent, 0, index);
+    const auto place = static_cast<NodeTable::Value>(index);
+    if (!mHasSeveral) return offerChildren(*parent, 0, place);
     NodeTable::Value& ended = mSeen.valueOf(parent, 0);
-    offerChildren(*parent, static_cast<int>(ended), index);
-    ended = std::max(ended, static_cast<NodeTable::Value>(index));
+    offerChildren(*parent, ended, place);
+    ended = std::max(ended, place);
 }
 
 // Null when the node cannot have siblings.
@@ -266,7 +275,13 @@ const DocumentOrder& AxisWalk::order() {
 
 void AxisWalk::offer(Object& candidate) {
     ++mCandidates;
-    if (CompliesToKindTest(candidate, *mTest)) mOutput->push_back(&candidate);
+    if (mMatcher(candidate)) take(candidate);
+}
+
+// Needs: the node passes the test.
+void AxisWalk::take(Object& node) {
+    mHasMatch = true;
+    if (mDemand.conditions == nullptr || mDemand.conditions->hold(node)) mOutput->push_back(&node);
 }
 
 void AxisWalk::offer(const std::vector<DocumentOrder::Place>& places) {
@@ -279,8 +294,50 @@ void AxisWalk::offerRange(DocumentOrder::Place begin, DocumentOrder::Place end) 
     }
 }
 
-void AxisWalk::offerChildren(Element& parent, int begin, int end) {
-    for (int index = begin; index < end && !isFull(); ++index) offer(*parent.getChild(index));
+void AxisWalk::offerChildren(const Element& parent, std::size_t begin, std::size_t end) {
+    const std::vector<Object*>& children = NodeAccess::childrenOf(parent);
+    const NodeMatcher matches = mMatcher;
+    for (std::size_t index = begin; index < end; ++index) {
+        ++mCandidates;
+        if (!matches(*children[index])) continue;
+        take(*children[index]);
+        if (isFull()) return;
+    }
+}
+
+// All children of an element are candidates before anything below them, so the elements among them
+// are put aside. Invariant: what is still to come is below the elements of `mToBeOpened`, from the
+// last one to the first.
+void AxisWalk::offerAllChildrenBelow(Object& top) {
+    mToBeOpened.clear();
+    if (NodeAccess::isElement(top)) {
+        mToBeOpened.push_back(static_cast<Element*>(&top));
+    } else if (Element* root = top.isDocument() ? top.toDocument()->getRoot() : nullptr) {
+        offer(*root);
+        mToBeOpened.push_back(root);
+    }
+    while (!mToBeOpened.empty() && !isFull()) {
+        const Element& parent = *mToBeOpened.back();
+        mToBeOpened.pop_back();
+        offerAndOpenChildren(parent);
+    }
+}
+
+void AxisWalk::offerAndOpenChildren(const Element& parent) {
+    const std::vector<Object*>& children = NodeAccess::childrenOf(parent);
+    const std::size_t others = mToBeOpened.size();
+    const NodeMatcher matches = mMatcher;
+    mCandidates += children.size();
+    for (Object* child : children) {
+        if (matches(*child)) {
+            take(*child);
+            if (isFull()) return;
+        }
+        if (!NodeAccess::isElement(*child)) continue;
+        const Element* element = static_cast<Element*>(child);
+        if (!NodeAccess::childrenOf(*element).empty()) mToBeOpened.push_back(element);
+    }
+    std::reverse(mToBeOpened.begin() + static_cast<std::ptrdiff_t>(others), mToBeOpened.end());
 }
 
 bool AxisWalk::isNew(const Object& candidate) { return !mHasSeveral || mSeen.insert(&candidate); }

@@ -5,10 +5,12 @@
 #include <vector>
 
 #include "VexXml/Dom.h"
+#include "xpath/Conditions.h"
 #include "xpath/DocumentOrder.h"
 #include "xpath/MatchCounts.h"
 #include "xpath/NodeList.h"
 #include "xpath/NodeTable.h"
+#include "xpath/NodeTest.h"
 #include "xpath/Program.h"
 #include "xpath/SiblingPlaces.h"
 #include "xpath/Subtrees.h"
@@ -19,12 +21,20 @@ namespace Xml {
 /// tree must not change while it lives.
 class AxisWalk {
 public:
+    static constexpr std::size_t kNoLimit = static_cast<std::size_t>(-1);
+
     explicit AxisWalk(Document& document) : mDocument(document) {}
 
+    /// What is wanted of the nodes that pass a step's test.
+    struct Demand {
+        Conditions* conditions = nullptr;  ///< that they have to meet as well; null for none
+        std::size_t limit = kNoLimit;      ///< so many are enough, on axes that lead back any
+    };
+
     /// Puts what the step selects from the context nodes into `output`, each node once and in the
-    /// order in which the nodes of the context lead to it. Needs: each node of the context is there
-    /// once.
-    void collect(const Step& step, const NodeList& context, NodeList& output);
+    /// order in which the nodes of the context lead to it. Returns whether any node passed the
+    /// step's test. Needs: each node of the context is there once.
+    bool collect(const Step& step, const NodeList& context, const Demand& demand, NodeList& output);
     /// Whether the step selects anything from the context nodes.
     bool finds(const Step& step, const NodeList& context);
 
@@ -60,11 +70,14 @@ private:
     void GetPrecedingOf(const Object& node);
 
     void offer(Object& candidate);
+    void take(Object& node);
     void offer(const std::vector<DocumentOrder::Place>& places);
     void offerRange(DocumentOrder::Place begin, DocumentOrder::Place end);
-    void offerChildren(Element& parent, int begin, int end);
+    void offerChildren(const Element& parent, std::size_t begin, std::size_t end);
+    void offerAllChildrenBelow(Object& top);
+    void offerAndOpenChildren(const Element& parent);
     bool isNew(const Object& candidate);
-    bool isFull() const { return mSeeksOne && !mOutput->empty(); }
+    bool isFull() const { return mOutput->size() >= mDemand.limit; }
     Element* parentWithSiblings(const Object& node) const;
     const DocumentOrder& order();
 
@@ -78,15 +91,17 @@ private:
     NodeList mFound;
 
     // Of the step that is being applied.
-    const NodeTest* mTest = nullptr;
+    NodeMatcher mMatcher;
+    Demand mDemand;
     NodeList* mOutput = nullptr;
-    bool mSeeksOne = false;  ///< whichever candidate passes first
     std::size_t mCandidates = 0;
+    bool mHasMatch = false;    ///< a candidate has passed the test
     bool mHasSeveral = false;  ///< context nodes, so that candidates may come more than once
     /// The parents and ancestors that were candidates; or, on a sibling axis, the parents, each
     /// with the index up to which, or from which on, its children were candidates.
     NodeTable mSeen;
-    NodeList mAncestors;  ///< of one context node
+    NodeList mAncestors;                      ///< of one context node
+    std::vector<const Element*> mToBeOpened;  ///< the next one is the last
 };
 
 }  // namespace Xml

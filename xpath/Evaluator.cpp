@@ -9,6 +9,9 @@ namespace {
 // From so many nodes on, what their values have in common is worth finding out.
 constexpr std::size_t kManyNodes = 8;
 
+// Beyond this a double need not be a whole number that a count can reach.
+constexpr double kFarPlace = 4294967296;
+
 // Whether positions on the axis count from the node nearest to the context node, which comes last.
 bool isReverse(XPath::Axis axis) {
     return axis == XPath::ParentAxis || axis == XPath::AncestorAxis ||
@@ -22,6 +25,17 @@ bool isPlainPath(const Expression& expression) {
     return expression.operands.size() == 1 && first.kind == Operand::Kind::RelativePath &&
            std::all_of(first.steps.begin(), first.steps.end(),
                        [](const Step& step) { return step.predicates.empty(); });
+}
+
+// The position that is all the predicate asks for; no limit when it is not like that.
+std::size_t placeOf(const Expression& predicate) {
+    const Operand& first = predicate.operands.front();
+    if (predicate.operands.size() > 1 || first.kind != Operand::Kind::Number) {
+        return AxisWalk::kNoLimit;
+    }
+    const bool isPlace = first.number >= 1 && first.number < kFarPlace;
+    const auto place = static_cast<std::size_t>(isPlace ? first.number : 0);
+    return isPlace && static_cast<double>(place) == first.number ? place : AxisWalk::kNoLimit;
 }
 
 double positionOf(bool isReverse, std::size_t item, std::size_t count) {
@@ -60,7 +74,7 @@ void Evaluator::Frame::reset(const Expression& next) {
 
 // Without predicates, which count positions, a path leads to the same nodes in the same order
 // whether it starts from all context nodes at once or from one after another.
-std::vector<XPath::ResultItem> Evaluator::evaluate(NodeList context) {
+Outcome Evaluator::evaluate(NodeList context) {
     const Expression& expression = mProgram.expressions.front();
     if (context.size() > 1 && isPlainPath(expression)) {
         mStart = context;
@@ -68,7 +82,7 @@ std::vector<XPath::ResultItem> Evaluator::evaluate(NodeList context) {
     }
     pushFrame(expression).context = std::move(context);
     while (mDepth > 0) advance();
-    return std::move(mResults);
+    return std::move(mOutcome);
 }
 
 Evaluator::Frame& Evaluator::pushFrame(const Expression& expression) {
@@ -142,15 +156,43 @@ void Evaluator::advancePath(Frame& frame) {
 
 void Evaluator::takeStep(Frame& frame, const Step& step) {
     Route& route = frame.route;
-    if (asksForExistence(frame) && isLastStep(frame) && step.predicates.empty()) {
-        if (!mWalk.finds(step, route.nodes)) route.nodes.clear();
-    } else {
-        mWalk.collect(step, route.nodes, mSelected);
-        route.nodes.swap(mSelected);
-    }
-    foundBy(frame, frame.operand).misses.note(step, !route.nodes.empty(), false);
+    Misses& misses = foundBy(frame, frame.operand).misses;
     route.isStepTaken = true;
     route.predicate = 0;
+    if (asksForExistence(frame) && isLastStep(frame) && step.predicates.empty()) {
+        if (!mWalk.finds(step, route.nodes)) route.nodes.clear();
+        misses.note(step, !route.nodes.empty(), false);
+        return;
+    }
+    takeConditions(frame, step);
+    Conditions* conditions = mConditions.isEmpty() ? nullptr : &mConditions;
+    const bool hasMatch =
+        mWalk.collect(step, route.nodes, {conditions, limitOf(frame, step)}, mSelected);
+    route.nodes.swap(mSelected);
+    misses.note(step, hasMatch, false);
+    mConditions.appendMisses(misses);
+}
+
+// The first predicates of the step, as many as ask for nothing more.
+void Evaluator::takeConditions(Frame& frame, const Step& step) {
+    mConditions.clear();
+    std::size_t& count = frame.route.predicate;
+    while (count < step.predicates.size() &&
+           mConditions.add(mProgram.expressions[step.predicates[count].expression])) {
+        ++count;
+    }
+}
+
+// How many nodes are enough. What conditions miss among the others can only matter when nothing is
+// found or a predicate follows.
+std::size_t Evaluator::limitOf(const Frame& frame, const Step& step) const {
+    const std::size_t conditions = frame.route.predicate;
+    const std::size_t rest = step.predicates.size() - conditions;
+    if (rest == 0) {
+        return asksForExistence(frame) && isLastStep(frame) ? 1 : AxisWalk::kNoLimit;
+    }
+    if (isReverse(step.axis) || (rest > 1 && conditions > 0)) return AxisWalk::kNoLimit;
+    return placeOf(mProgram.expressions[step.predicates[conditions].expression]);
 }
 
 void Evaluator::endStep(Frame& frame, const Step& step) {
@@ -326,16 +368,25 @@ void Evaluator::keepItem(Frame& frame) {
 
 void Evaluator::addResults(Frame& frame) {
     const ItemList outcome = outcomeOf(frame);
-    for (std::size_t i = 0; i < outcome.size(); ++i) {
-        const Item item = outcome[i];
-        const bool mayRepeat = item.kind == XPath::Node && frame.context.size() > 1;
-        if (mayRepeat && !mResultNodes.insert(item.node)) continue;
-        XPath::ResultItem& result = mResults.emplace_back();
-        result.kind = item.kind;
-        result.node = item.node;
-        result.number = item.number;
-        result.flag = item.flag;
-        if (item.kind == XPath::String) result.text = frame.expression->operands.front().literal;
+    if (outcome.nodes() != nullptr) return addNodes(frame);
+    if (outcome.size() == 0) return;
+    const Item item = outcome[0];
+    XPath::ResultItem& result = mOutcome.values.emplace_back();
+    result.kind = item.kind;
+    result.number = item.number;
+    result.flag = item.flag;
+    if (item.kind == XPath::String) result.text = frame.expression->operands.front().literal;
+}
+
+// The expression is a path and nothing else.
+void Evaluator::addNodes(Frame& frame) {
+    NodeList& nodes = foundBy(frame, 0).nodes;
+    if (frame.context.size() <= 1) {
+        mOutcome.nodes = std::move(nodes);
+        return;
+    }
+    for (Object* node : nodes) {
+        if (mResultNodes.insert(node)) mOutcome.nodes.push_back(node);
     }
 }
 

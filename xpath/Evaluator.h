@@ -14,6 +14,12 @@
 
 namespace Xml {
 
+/// What an expression comes to: nodes or values.
+struct Outcome {
+    NodeList nodes;                         ///< empty when it comes to values
+    std::vector<XPath::ResultItem> values;  ///< empty when it comes to nodes
+};
+
 /// Evaluates a program in a document, which must not change meanwhile.
 ///
 /// A predicate inside a predicate is not a call inside a call: the expressions that are being
@@ -29,7 +35,7 @@ public:
           mAbsolutePaths(program.absolutePathCount) {}
 
     /// Evaluates the whole expression from the context nodes. To be called once.
-    std::vector<XPath::ResultItem> evaluate(NodeList context);
+    Outcome evaluate(NodeList context);
     /// What to blame when there are no results.
     const Misses::Blamed& blamed() const { return mMisses.blamed(); }
 
@@ -83,6 +89,8 @@ private:
     void startPath(Frame& frame, const Operand& operand);
     void advancePath(Frame& frame);
     void takeStep(Frame& frame, const Step& step);
+    void takeConditions(Frame& frame, const Step& step);
+    std::size_t limitOf(const Frame& frame, const Step& step) const;
     void endStep(Frame& frame, const Step& step);
     void endPath(Frame& frame);
     static bool isLastStep(const Frame& frame);
@@ -100,11 +108,13 @@ private:
     void keepByCommon(Frame& frame);
     void keepItem(Frame& frame);
     void addResults(Frame& frame);
+    void addNodes(Frame& frame);
 
     const Program& mProgram;
     Document& mDocument;
     AxisWalk mWalk;
     Operations mOperations;
+    Conditions mConditions{mOperations};  ///< of the step that is being taken
     /// Those in use come first; the others keep their memory for the next predicate.
     std::vector<std::unique_ptr<Frame>> mFrames;
     std::size_t mDepth = 0;
@@ -113,7 +123,7 @@ private:
     NodeList mStart;
     NodeList mSelected;  ///< by the step that is being taken
     Misses mMisses;
-    std::vector<XPath::ResultItem> mResults;
+    Outcome mOutcome;
     NodeTable mResultNodes;
 };
 

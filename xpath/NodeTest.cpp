@@ -7,30 +7,27 @@ namespace {
 
 // Bytes are compared: the test is in UTF-8, as names are.
 bool passes(std::string_view name, const NameTest& test) {
+    if (test.form == NameTest::Form::Any) return true;
+    if (test.form == NameTest::Form::WholeName) return name == test.name;
     const std::size_t colon = name.find(':');
-    switch (test.form) {
-        case NameTest::Form::Any:
-            return true;
-        case NameTest::Form::LocalName:
-            return colon != std::string_view::npos && name.substr(colon) == test.name;
-        case NameTest::Form::Prefix:
-            return colon != std::string_view::npos && name.substr(0, colon + 1) == test.name;
-        default:
-            return name == test.name;
-    }
+    if (colon == std::string_view::npos) return false;
+    return test.form == NameTest::Form::LocalName ? name.substr(colon) == test.name
+                                                  : name.substr(0, colon + 1) == test.name;
 }
 
-bool isElement(Object& node, const NameTest& test) {
-    return node.isElement() && passes(node.toElement()->getName(), test);
+bool isElement(const Object& node, const NameTest& test) {
+    return NodeAccess::isElement(node) &&
+           passes(NodeAccess::nameOf(static_cast<const Element&>(node)), test);
 }
 
-bool isAttribute(Object& node, const NameTest& test) {
-    return node.isAttribute() && passes(node.toAttribute()->getName(), test);
+bool isAttribute(const Object& node, const NameTest& test) {
+    return NodeAccess::isAttribute(node) &&
+           passes(NodeAccess::nameOf(static_cast<const Attribute&>(node)), test);
 }
 
 }  // namespace
 
-bool CompliesToKindTest(Object& node, const NodeTest& test) {
+bool CompliesToKindTest(const Object& node, const NodeTest& test) {
     switch (test.kind) {
         case XPath::NoKind:
         case XPath::AnyNode:
@@ -45,7 +42,7 @@ bool CompliesToKindTest(Object& node, const NodeTest& test) {
         case XPath::DocumentNode:
             return node.isDocument();
         case XPath::TextNode:
-            return node.isCharData();
+            return NodeAccess::isCharData(node);
         default:
             return false;
     }

@@ -88,6 +88,9 @@ public:
     std::optional<Item> CalculusOnExpressionItems(const ItemList& left, const ItemList& right,
                                                   XPath::ExpressionOperators op);
 
+    /// Whether the bytes are the value text of the node.
+    bool isTextOf(Object& node, std::string_view bytes) { return mTexts.of(node, mLeft) == bytes; }
+
     /// For nodes that many items are going to be compared with.
     std::unique_ptr<ManyValues> manyValues(const NodeList& nodes);
 

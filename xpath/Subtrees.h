@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "VexXml/Dom.h"
+#include "dom/NodeAccess.h"
 #include "xpath/NodeList.h"
 #include "xpath/NodeTable.h"
 
@@ -31,9 +32,10 @@ public:
 private:
     enum Mark : NodeTable::Value { ToCome, Passed };
 
+    /// The children of an element that are still to come.
     struct Open {
-        Element* element;
-        int next;
+        Object* const* next;
+        Object* const* end;
     };
 
     /// What remains to be done about a node that the walk has come to.
@@ -46,8 +48,13 @@ private:
     bool isPassed(const Object& top);
     Turn turnOf(const Object& node);
 
-    // No call stack is used: a tree may be deeper than that. Invariant: of the elements of `mOpen`,
-    // each below the one in front of it, the children from `next` on are still to come.
+    void open(const Object& element) {
+        const auto& children = NodeAccess::childrenOf(static_cast<const Element&>(element));
+        mOpen.push_back({children.data(), children.data() + children.size()});
+    }
+
+    // No call stack is used: a tree may be deeper than that. Invariant: `mOpen` holds what is still
+    // to come of the children of some elements, each element below the one in front of it.
     template <class Visit>
     bool walkBelow(Object& top, const Visit& visit) {
         mOpen.clear();
@@ -55,14 +62,13 @@ private:
             Element* root = top.toDocument()->getRoot();
             if (root != nullptr && !pass(*root, visit)) return false;
         } else if (top.isElement()) {
-            mOpen.push_back({top.toElement(), 0});
+            open(top);
         }
         while (!mOpen.empty()) {
-            Open& open = mOpen.back();
-            Object* child = open.element->getChild(open.next++);
-            if (child == nullptr) {
+            Open& siblings = mOpen.back();
+            if (siblings.next == siblings.end) {
                 mOpen.pop_back();
-            } else if (!pass(*child, visit)) {
+            } else if (!pass(**siblings.next++, visit)) {
                 return false;
             }
         }
@@ -73,7 +79,7 @@ private:
     bool pass(Object& node, const Visit& visit) {
         const Turn turn = mAreSeveral ? turnOf(node) : Turn{true, true};
         if (turn.isVisited && !visit(node)) return false;
-        if (turn.isEntered && node.isElement()) mOpen.push_back({node.toElement(), 0});
+        if (turn.isEntered && NodeAccess::isElement(node)) open(node);
         return true;
     }
 

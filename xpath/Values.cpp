@@ -6,6 +6,7 @@
 #include <limits>
 #include <system_error>
 
+#include "dom/NodeAccess.h"
 #include "xpath/Encoding.h"
 
 namespace Xml {
@@ -17,15 +18,18 @@ constexpr long long kHugeExponent = 1'000'000'000'000'000;
 constexpr std::size_t kLongestNumber = 1 + 309 + 1 + 6;
 
 // From this index on it is worth remembering where the first text of an element is.
-constexpr int kFarIndex = 16;
+constexpr std::size_t kFarIndex = 16;
+
+// U+FFFD, which malformed bytes become.
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 std::string_view bytesOf(const DataHolder& data) {
     return {data.toCString(), static_cast<std::size_t>(data.getSize())};
 }
 
 // The escaped text is the plain one unless it holds a reference.
-std::string_view plainText(CharData& node, TextBuffer& buffer) {
-    const std::string_view escaped = bytesOf(node.data());
+std::string_view plainText(const CharData& node, TextBuffer& buffer) {
+    const std::string_view escaped = bytesOf(NodeAccess::textOf(node));
     if (escaped.find('&') == std::string_view::npos) return escaped;
     node.getData(&buffer.plain);
     return bytesOf(buffer.plain);
@@ -104,10 +108,12 @@ double beyondRange(std::string_view number, bool isHex) {
 }  // namespace
 
 std::string_view ValueTexts::of(Object& node, TextBuffer& buffer) {
-    if (node.isAttribute()) return bytesOf(node.toAttribute()->getValue());
-    if (node.isCharData()) return plainText(*node.toCharData(), buffer);
-    if (!node.isElement()) return {};
-    CharData* text = firstCharData(*node.toElement());
+    if (NodeAccess::isAttribute(node)) {
+        return bytesOf(NodeAccess::valueOf(static_cast<Attribute&>(node)));
+    }
+    if (NodeAccess::isCharData(node)) return plainText(static_cast<CharData&>(node), buffer);
+    if (!NodeAccess::isElement(node)) return {};
+    const CharData* text = firstCharData(static_cast<Element&>(node));
     return text != nullptr ? plainText(*text, buffer) : std::string_view();
 }
 
@@ -118,14 +124,19 @@ std::string_view ValueTexts::keyOf(Object& node, TextBuffer& buffer) {
     return buffer.key;
 }
 
-CharData* ValueTexts::firstCharData(Element& element) {
+const CharData* ValueTexts::firstCharData(const Element& element) {
+    const std::vector<Object*>& children = NodeAccess::childrenOf(element);
     const NodeTable::Value* known = mFarTexts.find(&element);
-    int index = known != nullptr ? static_cast<int>(*known) : 0;
-    while (index < element.getChildCount() && !element.getChild(index)->isCharData()) ++index;
+    std::size_t index = known != nullptr ? *known : 0;
+    while (index < children.size() && !NodeAccess::isCharData(*children[index])) ++index;
     if (known == nullptr && index > kFarIndex) {
         mFarTexts.insert(&element, static_cast<NodeTable::Value>(index));
     }
-    return index < element.getChildCount() ? element.getChild(index)->toCharData() : nullptr;
+    return index < children.size() ? static_cast<const CharData*>(children[index]) : nullptr;
+}
+
+bool equalsOnlyItself(std::string_view key) {
+    return isItsOwnKey(key) && key.find(kReplacement) == std::string_view::npos;
 }
 
 double toNumber(std::string_view text) {

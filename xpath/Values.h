@@ -26,12 +26,16 @@ public:
     std::string_view keyOf(Object& node, TextBuffer& buffer);
 
 private:
-    CharData* firstCharData(Element& element);
+    const CharData* firstCharData(const Element& element);
 
     /// Elements whose first text was far to seek, each with its index, or the number of children
     /// when there is none.
     NodeTable mFarTexts;
 };
+
+/// Whether a text has that comparison key only if it consists of the same bytes. Not so if there is
+/// what malformed bytes, or characters beyond U+FFFF, become in a key.
+bool equalsOnlyItself(std::string_view key);
 
 /// The number that the text begins with, behind white space, as `atof` reads it in the "C" locale,
 /// but 0 where that is not a number.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -36,19 +37,6 @@ XPath::ResultItem nodeItem(Object* node) {
     return item;
 }
 
-bool holdsValues(const std::vector<XPath::ResultItem>& items) {
-    return !items.empty() && items.front().kind != XPath::Node;
-}
-
-// None when the items are values: nothing then starts from them.
-NodeList nodesOf(const std::vector<XPath::ResultItem>& items) {
-    NodeList nodes;
-    if (holdsValues(items)) return nodes;
-    nodes.reserve(items.size());
-    for (const XPath::ResultItem& item : items) nodes.push_back(item.node);
-    return nodes;
-}
-
 Uni16String fromUTF8(std::string_view text) {
     return VexSys::UTF8ToUni16Char(text.data(), text.size());
 }
@@ -80,14 +68,15 @@ Uni16String detailOf(const Misses::Blamed& blamed, const ExpressionText& text) {
 
 }  // namespace
 
-XPath::XPath(Object* contextNode)
-    : mDocument(documentOf(contextNode)), mResults{nodeItem(contextNode)} {}
+XPath::XPath(Object* contextNode) : mDocument(documentOf(contextNode)), mNodes{contextNode} {}
 
 XPath::XPath(const XPath& other) = default;
 XPath::XPath(XPath&& other) noexcept
     : mError(std::exchange(other.mError, NoError)),
       mDocument(std::exchange(other.mDocument, nullptr)),
-      mResults(std::move(other.mResults)),
+      mNodes(std::move(other.mNodes)),
+      mValues(std::move(other.mValues)),
+      mItems(std::move(other.mItems)),
       mErrorDetail(std::move(other.mErrorDetail)) {}
 
 XPath& XPath::operator=(const XPath& other) = default;
@@ -96,7 +85,9 @@ XPath& XPath::operator=(XPath&& other) noexcept {
     if (this == &other) return *this;
     mError = std::exchange(other.mError, NoError);
     mDocument = std::exchange(other.mDocument, nullptr);
-    mResults = std::exchange(other.mResults, {});
+    mNodes = std::exchange(other.mNodes, {});
+    mValues = std::exchange(other.mValues, {});
+    mItems = std::exchange(other.mItems, {});
     mErrorDetail = std::exchange(other.mErrorDetail, {});
     return *this;
 }
@@ -123,10 +114,10 @@ std::string XPath::GetValueUTF8(const std::string& expression, long wordIndex) {
 // A word is never counted, so every index but 0 comes to the end of the text. Deliberate: callers
 // that go through the words of a value stop there.
 Uni16String XPath::GetValue(unsigned long index, long wordIndex) {
-    const bool isInBounds = index < mResults.size();
+    const bool isInBounds = index < GetNrOfResults();
     mError = isInBounds ? NoError : IndexOutOfBounds;
     if (!isInBounds) return {};
-    const ResultItem& item = mResults[index];
+    const ResultItem item = itemOf(index);
     Uni16String text = textOf(item);
     const bool isWord = item.kind == Node && item.node != nullptr && item.node->isAttribute() &&
                         static_cast<std::uint32_t>(wordIndex) != kWholeText;
@@ -142,9 +133,22 @@ std::string XPath::GetValueUTF8(unsigned long index, long wordIndex) {
     return toUTF8(GetValue(index, wordIndex));
 }
 
-unsigned long XPath::GetNrOfResults() const { return mResults.size(); }
+unsigned long XPath::GetNrOfResults() const { return mNodes.size() + mValues.size(); }
 
-const std::vector<XPath::ResultItem>& XPath::GetResults() const { return mResults; }
+// Most callers want the number of results or their texts, so the nodes stay bare until then.
+const std::vector<XPath::ResultItem>& XPath::GetResults() const {
+    if (!mValues.empty()) return mValues;
+    if (mItems.size() != mNodes.size()) {
+        mItems.reserve(mNodes.size());
+        std::transform(mNodes.begin(), mNodes.end(), std::back_inserter(mItems), nodeItem);
+    }
+    return mItems;
+}
+
+// Needs: the index is below the number of results.
+XPath::ResultItem XPath::itemOf(unsigned long index) const {
+    return mNodes.empty() ? mValues[index] : nodeItem(mNodes[index]);
+}
 
 bool XPath::SyntaxOK(const Uni16String& expression) { return FindNodes(expression, true); }
 
@@ -169,38 +173,53 @@ bool XPath::FindNodes(const Uni16String& expression, bool syntaxOnly) {
     const ExpressionText text(expression);
     setError(text.error().code, text.error().detail);
     if (text.size() == 0) {
-        if (!syntaxOnly) mResults.clear();
+        if (!syntaxOnly) clearResults();
         return fail(NoXPathSpecified, {});
     }
-    std::vector<ResultItem> context;
+    std::vector<Object*> nodes;
+    std::vector<ResultItem> values;
     if (text[0] != L'/') {
-        if (mResults.empty()) return fail(NoContextNodes, text.asWritten(text.whole()));
-        context.swap(mResults);
+        if (GetNrOfResults() == 0) return fail(NoContextNodes, text.asWritten(text.whole()));
+        nodes.swap(mNodes);
+        values.swap(mValues);
+        mItems.clear();
     } else if (!syntaxOnly) {
-        mResults.clear();
-        context.push_back(nodeItem(mDocument));
+        clearResults();
+        nodes.push_back(mDocument);
     }
     const bool isDocument = text.size() == 1 && text[0] == L'/';
     if (isDocument && syntaxOnly) return true;
-    if (!EvaluateExpression(context, text, syntaxOnly)) return false;
-    mResults.swap(context);
+    if (!EvaluateExpression(nodes, values, text, syntaxOnly)) return false;
+    mNodes.swap(nodes);
+    mValues.swap(values);
+    mItems.clear();
     return true;
 }
 
-bool XPath::EvaluateExpression(std::vector<ResultItem>& context, const ExpressionText& text,
-                               bool syntaxOnly) {
+// Needs: `nodes` or `values` is empty. They are the context, and become the results.
+bool XPath::EvaluateExpression(std::vector<Object*>& nodes, std::vector<ResultItem>& values,
+                               const ExpressionText& text, bool syntaxOnly) {
     if (text.error().code != NoError) return false;
-    const bool startsFromValues = !syntaxOnly && holdsValues(context);
+    const bool startsFromValues = !syntaxOnly && !values.empty();
     Compiler compiler(text,
                       startsFromValues ? Compiler::Context::Values : Compiler::Context::Nodes);
     Program program;
     if (!compiler.compile(program)) return fail(compiler.error().code, compiler.error().detail);
     if (syntaxOnly) return true;
     Evaluator evaluator(program, *mDocument);
-    context = evaluator.evaluate(nodesOf(context));
+    Outcome outcome = evaluator.evaluate(std::move(nodes));
+    nodes = std::move(outcome.nodes);
+    values = std::move(outcome.values);
     const Misses::Blamed& blamed = evaluator.blamed();
-    if (context.empty() && blamed.step != nullptr) setError(NodeNotFound, detailOf(blamed, text));
+    const bool isEmpty = nodes.empty() && values.empty();
+    if (isEmpty && blamed.step != nullptr) setError(NodeNotFound, detailOf(blamed, text));
     return true;
+}
+
+void XPath::clearResults() {
+    mNodes.clear();
+    mValues.clear();
+    mItems.clear();
 }
 
 void XPath::setError(ErrorCode error, const Uni16String& detail) {

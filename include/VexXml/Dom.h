@@ -144,6 +144,7 @@ protected:
 private:
     friend class AttributeList;
     friend class Element;
+    friend class NodeAccess;
 
     struct Extra;
 
@@ -223,6 +224,8 @@ protected:
     void write(OutStream& out) const override;
 
 private:
+    friend class NodeAccess;
+
     struct PlainText;
 
     DataHolder mData;
@@ -352,6 +355,7 @@ protected:
 
 private:
     friend class AttributeList;
+    friend class NodeAccess;
     friend class Validator;
 
     struct WithoutChildren {};

@@ -178,14 +178,19 @@ public:
 
 private:
     bool FindNodes(const VexSys::Uni16String& expression, bool syntaxOnly);
-    bool EvaluateExpression(std::vector<ResultItem>& context, const ExpressionText& text,
-                            bool syntaxOnly);
+    bool EvaluateExpression(std::vector<Object*>& nodes, std::vector<ResultItem>& values,
+                            const ExpressionText& text, bool syntaxOnly);
+    ResultItem itemOf(unsigned long index) const;
+    void clearResults();
     void setError(ErrorCode error, const VexSys::Uni16String& detail);
     bool fail(ErrorCode error, const VexSys::Uni16String& detail);
 
     ErrorCode mError = NoError;
-    Document* mDocument = nullptr;     ///< null when the context node is in none
-    std::vector<ResultItem> mResults;  ///< also the context of the next relative expression
+    Document* mDocument = nullptr;  ///< null when the context node is in none
+    // The results, which are also the context of the next relative expression.
+    std::vector<Object*> mNodes;             ///< empty when they are values
+    std::vector<ResultItem> mValues;         ///< empty when they are nodes
+    mutable std::vector<ResultItem> mItems;  ///< of the nodes, made by `GetResults`
     VexSys::Uni16String mErrorDetail;
 };
 

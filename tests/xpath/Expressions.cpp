@@ -42,10 +42,35 @@ std::string Expressions::number() {
 }
 
 std::string Expressions::literal() {
-    return oneOf({"''",      "\"\"",  "'1'",  "\"2\"",     "'x'",     "\"x y\"",  "'10.0'",
-                  "' 1 '",   "'a/b'", "']'",  "\"[\"",     "'a[1]='", "\"it's\"", "'\"'",
-                  "' div '", "'//'",  "'-'",  "' -5 '",    "'-x'",    "'1e1x'",   "'0x1F'",
-                  "'-nan'",  "'inf'", "'.5'", "'\xC3\xA9'"});
+    return oneOf({"''",
+                  "\"\"",
+                  "'1'",
+                  "\"2\"",
+                  "'x'",
+                  "\"x y\"",
+                  "'10.0'",
+                  "' 1 '",
+                  "'a/b'",
+                  "']'",
+                  "\"[\"",
+                  "'a[1]='",
+                  "\"it's\"",
+                  "'\"'",
+                  "' div '",
+                  "'//'",
+                  "'-'",
+                  "' -5 '",
+                  "'-x'",
+                  "'1e1x'",
+                  "'0x1F'",
+                  "'-nan'",
+                  "'inf'",
+                  "'.5'",
+                  "'\xC3\xA9'",
+                  "'\xEF\xBF\xBD'",
+                  "'\xF0\x9F\x98\x80'",
+                  "'A'",
+                  "'&'"});
 }
 
 std::string Expressions::function() {
@@ -83,10 +108,28 @@ std::string Expressions::nodeTest() {
 }
 
 std::string Expressions::predicate(int depth) {
-    if (oneIn(3))
-        return "[" + oneOf({"1", "2", " 3 ", "last()", "position()=last()", "@x", "b"}) + "]";
+    if (oneIn(3)) {
+        return "[" + oneOf({"1", "2", " 3 ", "1.5", "last()", "position()=last()", "@x", "b"}) +
+               "]";
+    }
+    if (oneIn(3)) return condition();
     return "[" + expression(depth) + "]";
 }
+// What can be decided by a look at a node, its attributes and its children.
+std::string Expressions::condition() {
+    const std::string path = oneOf({"", "@", "@", "self::"}) +
+                             oneOf({"a", "b", "x", "x", "y", "*", "*:a", "n:x", "zzz"});
+    const std::string value = oneIn(2) ? literal() : number();
+    switch (below(4)) {
+        case 0:
+            return "[" + path + "]";
+        case 1:
+            return "[" + value + anOperator() + path + "]";
+        default:
+            return "[" + path + anOperator() + value + "]";
+    }
+}
+
 // What stands in an element, that many levels deep.
 std::string Expressions::content(int depth) {
     std::string text;

@@ -38,6 +38,7 @@ private:
     std::string axis();
     std::string nodeTest();
     std::string predicate(int depth);
+    std::string condition();
     std::string white();
     std::string piece();
     std::string content(int depth);

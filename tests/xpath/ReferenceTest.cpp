@@ -196,8 +196,9 @@ std::vector<std::string> everyStep() {
          {"", "@", "descendant::", "parent::", "ancestor::", "following-sibling::",
           "preceding-sibling::", "following::", "preceding::", "descendant-or-self::",
           "ancestor-or-self::", "self::", "self::node//"}) {
-        for (const char* test : {"*", "b", "*:a", "*:b", "n:*", "element", "attribute", "text",
-                                 "document-node", "*[2]", "*[last()]", "b[a]"}) {
+        for (const char* test :
+             {"*", "b", "*:a", "*:b", "n:*", "element", "attribute", "text", "document-node",
+              "*[2]", "*[last()]", "b[a]", "*[@x][2]", "*[b][@x='1'][1]", "*[1][@x]"}) {
             steps.push_back(axis + test);
         }
     }

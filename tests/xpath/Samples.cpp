@@ -22,6 +22,9 @@ const char* const kDocuments[] = {
     "<n:a><b><c x='1'/><c x='2'/></b><b><c x='2'/>2<c x='3'>3</c>x</b><b y='1'/><n:a:b/></n:a>",
     "<b>\xC3\xA9<a x='\xC3\xA9 \xE2\x82\xAC'>\xF0\x9F\x98\x80</a><![CDATA[1<2]]><a x=' 1 '>"
     "<!-- x -->&quot;</a></b>",
+    // What is no UTF-8, what that becomes in UTF-16, and characters that take two units there.
+    "<a x='\xEF\xBF\xBD'><b x='\xFF'>\xC3</b><b x='\xF0\x9F\x98\x80'>\xEF\xBF\xBD</b>"
+    "<b x='\xED\xA0\xBD'>&#65;</b><c>A</c><a>&amp;</a><a y='&amp;'>&lt;&amp;</a></a>",
 };
 
 }  // namespace

@@ -1,0 +1,100 @@
+#include "xpath/Conditions.h"
+
+#include <algorithm>
+
+#include "dom/AttributeList.h"
+
+namespace Xml {
+namespace {
+
+bool isShortPath(const Operand& operand) {
+    if (operand.kind != Operand::Kind::RelativePath || operand.steps.size() != 1) return false;
+    const Step& step = operand.steps.front();
+    return !step.afterDoubleSlash && step.predicates.empty() &&
+           (step.axis == XPath::AttributeAxis || step.axis == XPath::ChildAxis ||
+            step.axis == XPath::SelfAxis);
+}
+
+bool isValue(const Operand& operand) {
+    return operand.kind == Operand::Kind::Literal || operand.kind == Operand::Kind::Number;
+}
+
+// Calls `visit` for what the step leads to, whatever its test, until it answers true.
+template <class Visit>
+void visitUntil(XPath::Axis axis, Object& node, const Visit& visit) {
+    if (axis == XPath::SelfAxis) {
+        visit(node);
+    } else if (NodeAccess::isElement(node)) {
+        const Element& element = static_cast<Element&>(node);
+        if (axis == XPath::ChildAxis) {
+            const std::vector<Object*>& children = NodeAccess::childrenOf(element);
+            std::find_if(children.begin(), children.end(),
+                         [&visit](Object* child) { return visit(*child); });
+        } else if (const AttributeList* attributes = AttributeList::of(element)) {
+            attributes->anyOf(visit);
+        }
+    } else if (axis == XPath::ChildAxis && node.isDocument()) {
+        if (Element* root = node.toDocument()->getRoot()) visit(*root);
+    }
+}
+
+}  // namespace
+
+bool Conditions::add(const Expression& predicate) {
+    const std::vector<Operand>& operands = predicate.operands;
+    if (operands.size() == 1 && isShortPath(operands.front())) {
+        const Step& step = operands.front().steps.front();
+        mConditions.push_back({&step, NodeMatcher(step.test), false, {}, {}, false, {}});
+        return true;
+    }
+    if (operands.size() != 2 || !isComparison(predicate.folds.front().op)) return false;
+    const XPath::ExpressionOperators op = predicate.folds.front().op;
+    return add(operands[0], operands[1], op) || add(operands[1], operands[0], mirrored(op));
+}
+
+bool Conditions::add(const Operand& path, const Operand& value, XPath::ExpressionOperators op) {
+    if (!isShortPath(path) || !isValue(value)) return false;
+    const Step& step = path.steps.front();
+    const bool isText = value.kind == Operand::Kind::Literal;
+    const bool isByBytes = isText && (op == XPath::Equal || op == XPath::NotEqual) &&
+                           equalsOnlyItself(value.literalKey);
+    mConditions.push_back({&step,
+                           NodeMatcher(step.test),
+                           true,
+                           op,
+                           isText ? Item::ofText(value.literalKey) : Item::ofNumber(value.number),
+                           isByBytes,
+                           {}});
+    return true;
+}
+
+bool Conditions::hold(Object& node) {
+    return std::all_of(mConditions.begin(), mConditions.end(),
+                       [&](Condition& condition) { return holds(condition, node); });
+}
+
+bool Conditions::holds(Condition& condition, Object& node) {
+    bool hasFound = false;
+    bool isTrue = false;
+    visitUntil(condition.step->axis, node, [&](Object& candidate) {
+        if (!condition.matches(candidate)) return false;
+        hasFound = true;
+        isTrue = !condition.isComparison || isTrueOf(condition, candidate);
+        return isTrue;
+    });
+    condition.misses.note(*condition.step, hasFound, false);
+    return isTrue;
+}
+
+bool Conditions::isTrueOf(const Condition& condition, Object& found) {
+    if (!condition.isByBytes) {
+        return mOperations.CompareResultItems(Item::ofNode(&found), condition.value, condition.op);
+    }
+    return mOperations.isTextOf(found, condition.value.textKey) == (condition.op == XPath::Equal);
+}
+
+void Conditions::appendMisses(Misses& misses) const {
+    for (const Condition& condition : mConditions) misses.append(condition.misses);
+}
+
+}  // namespace Xml

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <vector>
+
+#include "xpath/Misses.h"
+#include "xpath/NodeTest.h"
+#include "xpath/Operations.h"
+#include "xpath/Program.h"
+
+namespace Xml {
+
+/// Decides predicates for which it is enough to look at a node's attributes or children, or at the
+/// node itself, one after another: `[@id]`, `[name = 'x']`, `[7 < @n]`. Whatever comes before or
+/// behind the node does not matter to them, so they can be decided while nodes are being gathered.
+class Conditions {
+public:
+    explicit Conditions(Operations& operations) : mOperations(operations) {}
+
+    void clear() { mConditions.clear(); }
+    /// False, changing nothing, when the predicate asks for more. The expression must stay until
+    /// conditions are cleared.
+    bool add(const Expression& predicate);
+    bool isEmpty() const { return mConditions.empty(); }
+
+    /// Whether all are true of the node. One that is not ends the search, as it would if each
+    /// predicate had a list of nodes of its own to filter.
+    bool hold(Object& node);
+    /// What the paths of the predicates have missed, one predicate after another.
+    void appendMisses(Misses& misses) const;
+
+private:
+    struct Condition {
+        const Step* step;
+        NodeMatcher matches;
+        bool isComparison;  ///< and so has the two below
+        XPath::ExpressionOperators op;
+        Item value;
+        bool isByBytes;  ///< equality, and `value` a text that tells by its bytes what it equals
+        Misses misses;
+    };
+
+    bool add(const Operand& path, const Operand& value, XPath::ExpressionOperators op);
+    bool holds(Condition& condition, Object& node);
+    bool isTrueOf(const Condition& condition, Object& found);
+
+    Operations& mOperations;
+    std::vector<Condition> mConditions;
+};
+
+}  // namespace Xml
