@@ -129,49 +129,96 @@ void Element::destroyChildren() {
     }
 }
 
+// Binds an element and what is below it. Invariant: of `here` and the elements around it only the
+// children from `next` on, and the attributes, are not bound.
+class Element::Binder {
+public:
+    explicit Binder(const Dtd* dtd) : mDtd(dtd) {}
+
+    void bind(Element& top) {
+        Open here = open(top);
+        while (true) {
+            if (Element* inner = bindChildren(here)) {
+                mAround.push_back(here);
+                here = open(*inner);
+                continue;
+            }
+            const bool isBound = finish(here);
+            if (mAround.empty()) return;
+            here = mAround.back();
+            mAround.pop_back();
+            here.areBound = here.areBound && isBound;
+        }
+    }
+
+private:
+    struct Open {
+        Element* element;
+        std::size_t next;
+        bool areBound;  ///< the children in front of `next`, each with all below it
+    };
+
+    Open open(Element& element) const {
+        element.mDtd = mDtd;
+        element.mSubtreeBound = false;
+        if (mDtd != nullptr) element.mPathTouched = false;
+        return {&element, 0, true};
+    }
+
+    // Stops behind a child element that is to be gone down to. Null when there is none left.
+    Element* bindChildren(Open& here) {
+        const auto& children = here.element->mChildren;
+        while (here.next < children.size()) {
+            Object* child = children[here.next++];
+            here.areBound = here.areBound && child->mIsHeld && child->mParent == here.element;
+            if (&typeid(*child) == &typeid(CharData)) {
+                child->Object::setDtd(mDtd);
+            } else if (typeid(*child) != typeid(Element)) {
+                child->setDtd(mDtd);
+                mHasOthers = true;
+            } else if (!child->isWhollyBoundTo(mDtd)) {
+                return static_cast<Element*>(child);
+            }
+        }
+        return nullptr;
+    }
+
+    // Whether the element is bound with all below it. A node of a caller's class can have refused
+    // the DTD, or changed what was bound before.
+    bool finish(Open& here) {
+        const bool areBound = mHasOthers ? here.element->hasBoundChildren() : here.areBound;
+        here.element->mSubtreeBound = here.element->bindAttributes() && areBound;
+        return here.element->mSubtreeBound;
+    }
+
+    const Dtd* mDtd;
+    bool mHasOthers = false;  ///< that is, nodes of a class that a caller derived
+    std::vector<Open> mAround;
+};
+
 // A subtree that is bound to `dtd` already is not visited again. Validation binds elements from
-// the bottom up, which would otherwise cost more with every level. Invariant: of the elements of
-// `open` only the children from the index on, and the attributes, are not bound.
+// the bottom up, which would otherwise cost more with every level.
 void Element::setDtd(const Dtd* dtd) {
     if (isWhollyBoundTo(dtd)) return;
     forgetBoundAbove();
-    std::vector<std::pair<Element*, std::size_t>> open;
-    const auto enter = [&](Element* element) {
-        open.emplace_back(element, 0);
-        element->mDtd = dtd;
-        element->mSubtreeBound = false;
-        if (dtd != nullptr) element->mPathTouched = false;
-    };
-    enter(this);
-    while (!open.empty()) {
-        auto& [element, next] = open.back();
-        if (next == element->mChildren.size()) {
-            element->bindAttributes();
-            open.pop_back();
-            continue;
-        }
-        Object* child = element->mChildren[next++];
-        if (typeid(*child) != typeid(Element)) {
-            child->setDtd(dtd);
-        } else if (!child->isWhollyBoundTo(dtd)) {
-            enter(static_cast<Element*>(child));
-        }
-    }
+    Binder(dtd).bind(*this);
 }
 
-// Needs: the children are bound. Only what is linked to this element tells it of changes, and only
-// a node of a caller's class can have refused the DTD.
-void Element::bindAttributes() {
+// Whether all are linked to this element: only what is tells it of changes.
+bool Element::bindAttributes() {
     bool areLinked = true;
     forEachAttribute([&](Attribute& attribute) {
-        attribute.setDtd(mDtd);
+        attribute.Object::setDtd(mDtd);
         areLinked = areLinked && attribute.mIsHeld && attribute.mParent == this;
     });
-    mSubtreeBound =
-        areLinked && std::all_of(mChildren.begin(), mChildren.end(), [this](Object* child) {
-            if (child->mDtd != mDtd) child->forgetTouchedPaths();
-            return child->mIsHeld && child->mParent == this && child->isWhollyBoundTo(mDtd);
-        });
+    return areLinked;
+}
+
+bool Element::hasBoundChildren() const {
+    return std::all_of(mChildren.begin(), mChildren.end(), [this](Object* child) {
+        if (child->mDtd != mDtd) child->forgetTouchedPaths();
+        return child->mIsHeld && child->mParent == this && child->isWhollyBoundTo(mDtd);
+    });
 }
 
 Object* Element::clone() const { return new Element(*this); }

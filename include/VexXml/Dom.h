@@ -358,6 +358,7 @@ private:
     friend class NodeAccess;
     friend class Validator;
 
+    class Binder;
     struct WithoutChildren {};
 
     Element(const Element& other, WithoutChildren);
@@ -365,7 +366,8 @@ private:
     void swapContent(Element& other);
     void destroyChildren();
 
-    void bindAttributes();
+    bool bindAttributes();
+    bool hasBoundChildren() const;
     void makeRoomForChild();
     template <class Visit>
     void forEachAttribute(const Visit& visit) const;
