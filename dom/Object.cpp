@@ -135,24 +135,23 @@ bool Object::setRWOptimization(bool on) {
 }
 
 void Object::toStream(OutStream& out) {
-    if (!beginWrite(out)) return;
+    if (!beginWrite(out.getPosition())) {
+        out.setPosition(mWriteEnd);
+        return;
+    }
     write(out);
-    endWrite(out);
+    endWrite(out.getPosition());
 }
 
-// False when the node's text stands in the stream already and has been passed over.
-bool Object::beginWrite(OutStream& out) {
-    const int position = out.getPosition();
-    if (skipsUnchanged && !mTouched && position == mWriteStart) {
-        out.setPosition(mWriteEnd);
-        return false;
-    }
+// False when the node's text stands in the stream already and is to be passed over.
+bool Object::beginWrite(int position) {
+    if (skipsUnchanged && !mTouched && position == mWriteStart) return false;
     mWriteStart = position;
     return true;
 }
 
-void Object::endWrite(OutStream& out) {
-    mWriteEnd = out.getPosition();
+void Object::endWrite(int position) {
+    mWriteEnd = position;
     mTouched = false;
 }
 

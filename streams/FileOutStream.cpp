@@ -1,5 +1,6 @@
 #include <fstream>
 #include <ostream>
+#include <typeinfo>
 #include <utility>
 
 #include "VexXml/Streams.h"
@@ -56,6 +57,11 @@ int FileOutStream::getPosition() const {
 
 void FileOutStream::setPosition(int position) {
     if (mStream != nullptr) mStream->seekp(position);
+}
+
+// A class that a caller derived may write otherwise.
+std::ostream* FileOutStream::standardStream() {
+    return typeid(*this) == typeid(FileOutStream) ? mStream : nullptr;
 }
 
 void FileOutStream::close() {

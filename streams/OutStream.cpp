@@ -31,6 +31,8 @@ void OutStream::decTab() {
     if (mTabs > 0) --mTabs;
 }
 
+std::ostream* OutStream::standardStream() { return nullptr; }
+
 void OutStream::put(char c) {
     if (c == '\n') {
         mAtLineStart = true;

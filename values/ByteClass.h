@@ -4,10 +4,17 @@
 
 namespace Xml {
 
-/// What a byte may be to the lexer, told by one look into a table.
+/// What a byte may be to the lexer or in a text to be written, told by one look into a table.
 namespace ByteClass {
 
-enum Bits : unsigned char { White = 1, Delimiter = 2, NameStart = 4, NameChar = 8 };
+enum Bits : unsigned char {
+    White = 1,
+    Delimiter = 2,
+    NameStart = 4,
+    NameChar = 8,
+    Special = 16,
+    LineFeed = 32
+};
 
 inline constexpr std::array<unsigned char, 256> kTable = [] {
     std::array<unsigned char, 256> table{};
@@ -18,6 +25,8 @@ inline constexpr std::array<unsigned char, 256> kTable = [] {
     mark("(),><=\"'[]*+?!|/\\", Delimiter);
     mark("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_:", NameStart | NameChar);
     mark("0123456789-.", NameChar);
+    mark("&<>\"'", Special);
+    mark("\n", LineFeed);
     return table;
 }();
 
@@ -31,6 +40,8 @@ constexpr bool isDelimiter(char byte) { return has(byte, Delimiter); }
 constexpr bool endsToken(char byte) { return has(byte, White | Delimiter); }
 constexpr bool isNameStart(char byte) { return has(byte, NameStart); }
 constexpr bool isNameChar(char byte) { return has(byte, NameChar); }
+/// A byte that text holds as a reference.
+constexpr bool isSpecial(char byte) { return has(byte, Special); }
 
 }  // namespace ByteClass
 }  // namespace Xml

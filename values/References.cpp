@@ -1,35 +1,44 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <string>
+#include <string_view>
 
 #include "VexXml/Dtd.h"
 #include "VexXml/Values.h"
+#include "values/ByteClass.h"
+#include "values/References.h"
 
 namespace Xml {
 namespace {
 
 struct StdEntity {
     char character;
-    const char* name;
+    std::string_view reference;
+
+    constexpr std::string_view name() const { return reference.substr(1, reference.size() - 2); }
 };
 
 constexpr StdEntity kStdEntities[] = {
-    {'&', "amp"}, {'<', "lt"}, {'>', "gt"}, {'"', "quot"}, {'\'', "apos"},
+    {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&apos;"},
 };
-constexpr const char* kStdCharacters = "&<>\"'";
 
-// Null when the character needs no reference.
-const char* stdEntityName(char character) {
-    for (const StdEntity& entity : kStdEntities) {
-        if (entity.character == character) return entity.name;
-    }
-    return nullptr;
+// Null when the text is not a single special character.
+const StdEntity* stdEntityOf(const DataHolder& value) {
+    if (value.getSize() != 1) return nullptr;
+    const auto isOfValue = [&](const StdEntity& entity) { return entity.character == value[0]; };
+    const auto* const found =
+        std::find_if(std::begin(kStdEntities), std::end(kStdEntities), isOfValue);
+    return found != std::end(kStdEntities) ? found : nullptr;
 }
 
-const char* stdEntityName(const DataHolder& value) {
-    return value.getSize() == 1 ? stdEntityName(value[0]) : nullptr;
+// The size when there is none.
+std::size_t findSpecial(const std::string& text, std::size_t begin) {
+    const auto found = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(begin), text.end(),
+                                    ByteClass::isSpecial);
+    return static_cast<std::size_t>(found - text.begin());
 }
 
 bool isCharacterReference(const std::string& name) { return name.size() > 1 && name[0] == '#'; }
@@ -48,7 +57,7 @@ char numberedCharacter(const std::string& name) {
 char characterValue(const std::string& name) {
     if (isCharacterReference(name)) return numberedCharacter(name);
     for (const StdEntity& entity : kStdEntities) {
-        if (name == entity.name) return entity.character;
+        if (name == entity.name()) return entity.character;
     }
     return '\0';
 }
@@ -56,6 +65,12 @@ char characterValue(const std::string& name) {
 std::string reference(const std::string& name) { return '&' + name + ';'; }
 
 }  // namespace
+
+std::string_view stdReference(char character) {
+    const StdEntity* entity = std::begin(kStdEntities);
+    while (entity->character != character) ++entity;
+    return entity->reference;
+}
 
 DataHolder& replaceEntities(DataHolder& text, const Dtd* dtd) {
     const std::string source = text;
@@ -76,14 +91,14 @@ DataHolder& replaceEntities(DataHolder& text, const Dtd* dtd) {
 
 DataHolder& insertStdEntities(DataHolder& text) {
     const std::string source = text;
-    std::size_t next = source.find_first_of(kStdCharacters);
-    if (next == std::string::npos) return text;
+    std::size_t next = findSpecial(source, 0);
+    if (next == source.size()) return text;
 
     std::string result;
     std::size_t copied = 0;
-    for (; next != std::string::npos; next = source.find_first_of(kStdCharacters, copied)) {
+    for (; next != source.size(); next = findSpecial(source, copied)) {
         result.append(source, copied, next - copied);
-        result += reference(stdEntityName(source[next]));
+        result += stdReference(source[next]);
         copied = next + 1;
     }
     text = result.append(source, copied);
@@ -103,7 +118,7 @@ DataHolder getEntityValue(const std::string& name, const Dtd* dtd) {
 }
 
 std::string getEntityName(const DataHolder& value, const Dtd* dtd) {
-    if (const char* name = stdEntityName(value)) return name;
+    if (const StdEntity* entity = stdEntityOf(value)) return std::string(entity->name());
     if (dtd != nullptr && dtd->isEntityValue(value)) return dtd->getEntityName(value);
     return value;
 }
@@ -115,7 +130,7 @@ bool isEntityName(const std::string& name, const Dtd* dtd) {
 }
 
 bool isEntityValue(const DataHolder& value, const Dtd* dtd) {
-    if (stdEntityName(value) != nullptr) return true;
+    if (stdEntityOf(value) != nullptr) return true;
     return dtd != nullptr && dtd->isEntityValue(value);
 }
 

@@ -23,6 +23,7 @@ class Document;
 class Dtd;
 class Element;
 class OutStream;
+class OutWindow;
 
 /// The base of every node: its place in the tree, the DTD it is read against, and whether it
 /// changed since it was written.
@@ -90,8 +91,8 @@ private:
     void linkTo(Object* holder);
     bool isPathTouched() const;
     bool followsParent() const;
-    bool beginWrite(OutStream& out);
-    void endWrite(OutStream& out);
+    bool beginWrite(int position);
+    void endWrite(int position);
     void forgetTouchedPaths();
     void forgetBoundAbove();
     bool isWhollyBoundTo(const Dtd* dtd) const;
@@ -224,6 +225,7 @@ protected:
     void write(OutStream& out) const override;
 
 private:
+    friend class Element;
     friend class NodeAccess;
 
     struct PlainText;
@@ -374,8 +376,8 @@ private:
     void holdAttribute(std::unique_ptr<Attribute> attribute);
     void insertAt(std::size_t place, Object* child);
     void dropUntrueMarks(Object* child);
-    bool writeStartTag(OutStream& out) const;
-    void writeEndTag(OutStream& out) const;
+    bool writeStartTag(OutWindow& out) const;
+    void writeEndTag(OutWindow& out) const;
     bool hasOnlyElements() const;
 
     std::vector<Object*> mChildren;              ///< owned

@@ -153,6 +153,11 @@ protected:
     OutStream& operator=(const OutStream&);
 
 private:
+    friend class OutWindow;
+
+    /// The standard stream, where all that writing does is to put bytes into it; otherwise null.
+    virtual std::ostream* standardStream();
+
     void put(char c);
     void put(const std::string& text);
 
@@ -244,6 +249,7 @@ public:
     void setPosition(int position) override;
 
 private:
+    std::ostream* standardStream() override;
     void close();
 
     std::ostream* mStream;
