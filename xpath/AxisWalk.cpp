@@ -16,11 +16,15 @@ constexpr std::size_t kFewCandidates = 16;
 constexpr std::size_t kManyCandidates = 20000;
 constexpr std::size_t kFactor = 4;
 
+// Room for so many saves most lists from growing step by step.
+constexpr std::size_t kFewNodes = 16;
+
 }  // namespace
 
 bool AxisWalk::collect(const Step& step, const NodeList& context, const Demand& demand,
                        NodeList& output) {
     output.clear();
+    output.reserve(kFewNodes);
     if (isHopeless(step, context)) return false;
     mOutput = &output;
     mDemand = demand;
@@ -54,13 +58,9 @@ bool AxisWalk::findsAny(const MatchCounts& counts, const NodeList& context) {
                        [&counts](Object* node) { return counts.finds(*node); });
 }
 
-AxisWalk::Search& AxisWalk::searchOf(const Step& step) {
-    if (mSearches.size() <= step.number) mSearches.resize(step.number + 1);
-    return mSearches[step.number];
-}
-
 void AxisWalk::noteSearch(const Step& step) {
-    Search& search = searchOf(step);
+    if (mSearches.size() <= step.number) mSearches.resize(step.number + 1);
+    Search& search = mSearches[step.number];
     search.candidates += mCandidates;
     ++search.count;
 }
@@ -68,7 +68,8 @@ void AxisWalk::noteSearch(const Step& step) {
 // Many searches for the same that come to nothing would cost with the square of the document, so
 // after some of them the nodes that pass are counted. Null as long as that is not worth it.
 const MatchCounts* AxisWalk::countsFor(const Step& step) {
-    Search& search = searchOf(step);
+    if (mSearches.size() <= step.number) return nullptr;
+    Search& search = mSearches[step.number];
     const std::size_t patience =
         kManyCandidates + kFewCandidates * search.count + kFactor * mUseful;
     if (search.counts == nullptr && search.candidates > patience) {
@@ -310,6 +311,7 @@ void AxisWalk::offerChildren(const Element& parent, std::size_t begin, std::size
 // last one to the first.
 void AxisWalk::offerAllChildrenBelow(Object& top) {
     mToBeOpened.clear();
+    mToBeOpened.reserve(kFewNodes);
     if (NodeAccess::isElement(top)) {
         mToBeOpened.push_back(static_cast<Element*>(&top));
     } else if (Element* root = top.isDocument() ? top.toDocument()->getRoot() : nullptr) {

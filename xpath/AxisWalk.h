@@ -48,7 +48,6 @@ private:
 
     bool isHopeless(const Step& step, const NodeList& context);
     static bool findsAny(const MatchCounts& counts, const NodeList& context);
-    Search& searchOf(const Step& step);
     void noteSearch(const Step& step);
     const MatchCounts* countsFor(const Step& step);
 

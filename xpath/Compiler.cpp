@@ -41,6 +41,7 @@ struct Term {
 // from left to right.
 std::vector<Term> fold(const std::vector<Term>& terms, Pass pass, Expression& expression) {
     std::vector<Term> rest;
+    rest.reserve(terms.size());
     for (const Term& term : terms) {
         if (rest.empty() || passOf(rest.back().op) != pass) {
             rest.push_back(term);
@@ -55,19 +56,23 @@ std::vector<Term> fold(const std::vector<Term>& terms, Pass pass, Expression& ex
     return rest;
 }
 
-void foldOperands(const std::vector<ExpressionItem>& items, Expression& expression) {
+void foldOperands(Expression& expression) {
+    if (expression.operands.size() == 1) return;
     std::vector<Term> terms;
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        terms.push_back({i, expression.operands[i].isCommon(), items[i].op});
+    terms.reserve(expression.operands.size());
+    for (std::size_t i = 0; i < expression.operands.size(); ++i) {
+        const Operand& operand = expression.operands[i];
+        terms.push_back({i, operand.isCommon(), operand.op});
     }
-    for (const Pass pass : kPasses) terms = fold(terms, pass, expression);
+    for (const Pass pass : kPasses) {
+        if (terms.size() > 1) terms = fold(terms, pass, expression);
+    }
 }
 
 }  // namespace
 
 // Invariant: everything in front of the place that a frame has reached is decoded.
-bool Compiler::compile(Program& program) {
-    mProgram = &program;
+bool Compiler::compile() {
     if (!open(mText.whole(), 1)) return false;
     while (!mFrames.empty()) {
         if (!advance()) return false;
@@ -76,41 +81,43 @@ bool Compiler::compile(Program& program) {
 }
 
 bool Compiler::open(Piece text, unsigned long level) {
-    Frame frame{mProgram->expressions.size(), level, mScanner.SplitExpression(text)};
-    if (frame.items.empty()) return mScanner.fail(XPath::NoXPathSpecified, text);
-    mProgram->expressions.emplace_back();
-    mFrames.push_back(std::move(frame));
+    if (text.isEmpty()) return mScanner.fail(XPath::NoXPathSpecified, text);
+    mFrames.push_back({mProgram.expressions.size(), level, text});
+    mProgram.expressions.emplace_back(mProgram.memory());
     return true;
 }
 
 bool Compiler::advance() {
     Frame& frame = mFrames.back();
     if (Predicate* predicate = nextPredicate(frame)) {
-        predicate->expression = mProgram->expressions.size();
+        predicate->expression = mProgram.expressions.size();
         return open(predicate->text, operandOf(frame).steps.back().level + 1);
     }
     if (!frame.path.isEmpty()) return decodeStep(frame);
-    if (frame.nextItem < frame.items.size()) return decodeOperand(frame);
-    foldOperands(frame.items, mProgram->expressions[frame.expression]);
+    ExpressionItem item{};
+    if (mScanner.SplitExpression(frame.rest, item)) return decodeOperand(frame, item);
+    foldOperands(mProgram.expressions[frame.expression]);
     mFrames.pop_back();
     return true;
 }
 
 Predicate* Compiler::nextPredicate(Frame& frame) {
-    if (frame.nextItem == 0) return nullptr;
-    std::vector<Step>& steps = operandOf(frame).steps;
+    if (mProgram.expressions[frame.expression].operands.empty()) return nullptr;
+    auto& steps = operandOf(frame).steps;
     if (steps.empty() || frame.nextPredicate == steps.back().predicates.size()) return nullptr;
     return &steps.back().predicates[frame.nextPredicate++];
 }
 
 Operand& Compiler::operandOf(const Frame& frame) {
-    return mProgram->expressions[frame.expression].operands.back();
+    return mProgram.expressions[frame.expression].operands.back();
 }
 
 // Operand ::= Literal | Number | Function | Path
-bool Compiler::decodeOperand(Frame& frame) {
-    const Piece text = frame.items[frame.nextItem++].text;
-    Operand& operand = mProgram->expressions[frame.expression].operands.emplace_back();
+bool Compiler::decodeOperand(Frame& frame, const ExpressionItem& item) {
+    const Piece text = item.text;
+    Operand& operand =
+        mProgram.expressions[frame.expression].operands.emplace_back(mProgram.memory());
+    operand.op = item.op;
     const wchar_t first = text.isEmpty() ? L'\0' : mText[text.begin];
     if (IsBeginLiteral(first)) {
         operand.kind = Operand::Kind::Literal;
@@ -149,7 +156,7 @@ bool Compiler::decodePath(Frame& frame, Piece text) {
     const bool isAbsolute = !text.isEmpty() && mText[text.begin] == L'/';
     Operand& operand = operandOf(frame);
     operand.kind = isAbsolute ? Operand::Kind::AbsolutePath : Operand::Kind::RelativePath;
-    if (isAbsolute) operand.pathNumber = mProgram->absolutePathCount++;
+    if (isAbsolute) operand.pathNumber = mProgram.absolutePathCount++;
     frame.path = {text.begin + (isAbsolute ? 1 : 0), text.end};
     frame.stepLevel = frame.level;
     return isAbsolute || (decodeStep(frame) && checkContext());
@@ -158,7 +165,7 @@ bool Compiler::decodePath(Frame& frame, Piece text) {
 // Every further slash in front of the step makes it a "//" once more, which selects nothing new but
 // counts as a level.
 bool Compiler::decodeStep(Frame& frame) {
-    Step step;
+    Step& step = operandOf(frame).steps.emplace_back(mProgram.memory());
     while (!frame.path.isEmpty() && mText[frame.path.begin] == L'/') {
         ++frame.path.begin;
         ++frame.stepLevel;
@@ -166,17 +173,16 @@ bool Compiler::decodeStep(Frame& frame) {
         if (frame.path.isEmpty()) return mScanner.fail(XPath::DoubleSlashAtEnd, L"//");
     }
     step.level = frame.stepLevel++;
-    step.number = mProgram->stepCount++;
+    step.number = mProgram.stepCount++;
     Piece text{};
     if (!mScanner.SplitLocationPath(frame.path, text) || !decodeTest(text, step)) return false;
-    operandOf(frame).steps.push_back(std::move(step));
     frame.nextPredicate = 0;
     return true;
 }
 
 bool Compiler::decodeTest(Piece text, Step& step) {
     if (!mScanner.ExtractPredicates(text, step.predicates)) return false;
-    step.testText = mText.asWritten(text);
+    step.testText = mText.view(text);
     if (!mScanner.ExtractAxis(step.testText, step.axis)) return false;
     if (mScanner.ExtractKindTest(step.testText, step.test)) return true;
     if (mScanner.error().code != XPath::NoError) return false;
@@ -187,7 +193,7 @@ bool Compiler::decodeTest(Piece text, Step& step) {
 
 bool Compiler::checkContext() {
     if (mContext == Context::Nodes || mFrames.size() > 1) return true;
-    return mScanner.fail(XPath::ContextIsNotANode, VexSys::Uni16String());
+    return mScanner.fail(XPath::ContextIsNotANode, Uni16View());
 }
 
 }  // namespace Xml

@@ -20,11 +20,16 @@ public:
     /// operand fails with `ContextIsNotANode`.
     enum class Context { Nodes, Values };
 
-    explicit Compiler(const ExpressionText& text, Context context = Context::Nodes)
-        : mText(text), mScanner(text), mContext(context) {}
+    /// `program` must be empty.
+    Compiler(const ExpressionText& text, Context context, Program& program)
+        : mText(text),
+          mScanner(text),
+          mContext(context),
+          mProgram(program),
+          mFrames(program.memory()) {}
 
     /// Makes the program for the whole text; false after a mistake. To be called once.
-    bool compile(Program& program);
+    bool compile();
     const XPathError& error() const { return mScanner.error(); }
 
 private:
@@ -32,9 +37,8 @@ private:
     struct Frame {
         std::size_t expression;  ///< in `Program::expressions`
         unsigned long level;     ///< of the first step of each of its paths
-        std::vector<ExpressionItem> items;
-        std::size_t nextItem = 0;
-        /// What is left of the path in front of `nextItem`; empty when that is decoded.
+        Piece rest;              ///< behind the operands, and their operators, decoded so far
+        /// What is left of the path of the last of them; empty when that is decoded.
         Piece path{0, 0};
         unsigned long stepLevel = 0;    ///< of the next step of that path
         std::size_t nextPredicate = 0;  ///< of the step decoded last
@@ -43,7 +47,7 @@ private:
     bool open(Piece text, unsigned long level);
     bool advance();
     Predicate* nextPredicate(Frame& frame);
-    bool decodeOperand(Frame& frame);
+    bool decodeOperand(Frame& frame, const ExpressionItem& item);
     XPath::FunctionState decodeFunction(Piece text, Operand& operand);
     bool decodePath(Frame& frame, Piece text);
     bool decodeStep(Frame& frame);
@@ -54,8 +58,8 @@ private:
     const ExpressionText& mText;
     Scanner mScanner;
     Context mContext;
-    Program* mProgram = nullptr;
-    std::vector<Frame> mFrames;  ///< the whole expression, a predicate in it, one in that, …
+    Program& mProgram;
+    std::pmr::vector<Frame> mFrames;  ///< the whole expression, a predicate in it, one in that, …
 };
 
 }  // namespace Xml

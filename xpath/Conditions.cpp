@@ -40,20 +40,32 @@ void visitUntil(XPath::Axis axis, Object& node, const Visit& visit) {
 
 }  // namespace
 
+bool Conditions::canDecide(const Expression& predicate) {
+    const auto& operands = predicate.operands;
+    if (operands.size() == 1) return isShortPath(operands.front());
+    return operands.size() == 2 && isComparison(predicate.folds.front().op) &&
+           ((isShortPath(operands[0]) && isValue(operands[1])) ||
+            (isValue(operands[0]) && isShortPath(operands[1])));
+}
+
 bool Conditions::add(const Expression& predicate) {
-    const std::vector<Operand>& operands = predicate.operands;
-    if (operands.size() == 1 && isShortPath(operands.front())) {
+    const auto& operands = predicate.operands;
+    if (!canDecide(predicate)) return false;
+    if (operands.size() == 1) {
         const Step& step = operands.front().steps.front();
         mConditions.push_back({&step, NodeMatcher(step.test), false, {}, {}, false, {}});
         return true;
     }
-    if (operands.size() != 2 || !isComparison(predicate.folds.front().op)) return false;
     const XPath::ExpressionOperators op = predicate.folds.front().op;
-    return add(operands[0], operands[1], op) || add(operands[1], operands[0], mirrored(op));
+    if (isValue(operands[0])) {
+        add(operands[1], operands[0], mirrored(op));
+    } else {
+        add(operands[0], operands[1], op);
+    }
+    return true;
 }
 
-bool Conditions::add(const Operand& path, const Operand& value, XPath::ExpressionOperators op) {
-    if (!isShortPath(path) || !isValue(value)) return false;
+void Conditions::add(const Operand& path, const Operand& value, XPath::ExpressionOperators op) {
     const Step& step = path.steps.front();
     const bool isText = value.kind == Operand::Kind::Literal;
     const bool isByBytes = isText && (op == XPath::Equal || op == XPath::NotEqual) &&
@@ -65,7 +77,6 @@ bool Conditions::add(const Operand& path, const Operand& value, XPath::Expressio
                            isText ? Item::ofText(value.literalKey) : Item::ofNumber(value.number),
                            isByBytes,
                            {}});
-    return true;
 }
 
 bool Conditions::hold(Object& node) {

@@ -16,6 +16,9 @@ class Conditions {
 public:
     explicit Conditions(Operations& operations) : mOperations(operations) {}
 
+    /// Whether `add` would take the predicate.
+    static bool canDecide(const Expression& predicate);
+
     void clear() { mConditions.clear(); }
     /// False, changing nothing, when the predicate asks for more. The expression must stay until
     /// conditions are cleared.
@@ -39,7 +42,7 @@ private:
         Misses misses;
     };
 
-    bool add(const Operand& path, const Operand& value, XPath::ExpressionOperators op);
+    void add(const Operand& path, const Operand& value, XPath::ExpressionOperators op);
     bool holds(Condition& condition, Object& node);
     bool isTrueOf(const Condition& condition, Object& found);
 

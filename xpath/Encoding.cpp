@@ -1,5 +1,6 @@
 #include "xpath/Encoding.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -41,13 +42,27 @@ void encodeWide(std::string& bytes, std::uint32_t value) {
     for (const unsigned shift : {24U, 16U, 8U, 0U}) push(bytes, value >> shift & 0xFF);
 }
 
-std::uint32_t unitAt(const VexSys::Uni16String& text, std::size_t at) {
+std::uint32_t unitAt(Uni16View text, std::size_t at) {
     return at < text.size() ? static_cast<std::uint32_t>(text[at]) : 0;
+}
+
+bool isASCII(Uni16View text) {
+    return std::all_of(text.begin(), text.end(),
+                       [](wchar_t unit) { return static_cast<std::uint32_t>(unit) < 0x80; });
+}
+
+// Needs: ASCII.
+std::string narrowed(Uni16View text) {
+    std::string bytes(text.size(), '\0');
+    std::transform(text.begin(), text.end(), bytes.begin(),
+                   [](wchar_t unit) { return static_cast<char>(unit); });
+    return bytes;
 }
 
 }  // namespace
 
-std::string toUTF8(const VexSys::Uni16String& text) {
+std::string toUTF8(Uni16View text) {
+    if (isASCII(text)) return narrowed(text);
     std::string bytes;
     bytes.reserve(text.size());
     for (std::size_t at = 0; at < text.size(); ++at) {
@@ -62,7 +77,8 @@ std::string toUTF8(const VexSys::Uni16String& text) {
     return bytes;
 }
 
-std::string comparisonKey(const VexSys::Uni16String& text) {
+std::string comparisonKey(Uni16View text) {
+    if (isASCII(text)) return narrowed(text);
     std::string key;
     key.reserve(text.size());
     for (std::size_t at = 0; at < text.size(); ++at) {

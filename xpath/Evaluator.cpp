@@ -9,8 +9,8 @@ namespace {
 // From so many nodes on, what their values have in common is worth finding out.
 constexpr std::size_t kManyNodes = 8;
 
-// Beyond this a double need not be a whole number that a count can reach.
-constexpr double kFarPlace = 4294967296;
+// Beyond this no list of nodes goes.
+constexpr std::size_t kFarPlace = 0xFFFFFFFF;
 
 // Whether positions on the axis count from the node nearest to the context node, which comes last.
 bool isReverse(XPath::Axis axis) {
@@ -27,15 +27,29 @@ bool isPlainPath(const Expression& expression) {
                        [](const Step& step) { return step.predicates.empty(); });
 }
 
-// The position that is all the predicate asks for; no limit when it is not like that.
-std::size_t placeOf(const Expression& predicate) {
-    const Operand& first = predicate.operands.front();
-    if (predicate.operands.size() > 1 || first.kind != Operand::Kind::Number) {
-        return AxisWalk::kNoLimit;
-    }
-    const bool isPlace = first.number >= 1 && first.number < kFarPlace;
-    const auto place = static_cast<std::size_t>(isPlace ? first.number : 0);
-    return isPlace && static_cast<double>(place) == first.number ? place : AxisWalk::kNoLimit;
+// Whether the predicate is nothing but a position.
+bool isPlace(const Expression& predicate) {
+    const Operand::Kind kind = predicate.operands.front().kind;
+    return predicate.operands.size() == 1 &&
+           (kind == Operand::Kind::Number || kind == Operand::Kind::Last);
+}
+
+// The number as a position among so many nodes; 0 when it is none.
+std::size_t placeOf(double number, std::size_t count) {
+    if (!(number >= 1 && number <= static_cast<double>(count))) return 0;
+    const auto place = static_cast<std::size_t>(number);
+    return static_cast<double>(place) == number ? place : 0;
+}
+
+// Needs: the predicate is a position. `last()` alone keeps the last of the list, from wherever
+// positions count.
+void keepPlace(const Expression& predicate, bool isReverse, NodeList& nodes) {
+    const Operand& operand = predicate.operands.front();
+    const std::size_t count = nodes.size();
+    const std::size_t place =
+        operand.kind == Operand::Kind::Last ? count : placeOf(operand.number, count);
+    if (place > 0) nodes.front() = nodes[isReverse ? count - place : place - 1];
+    nodes.resize(place > 0 ? 1 : 0);
 }
 
 double positionOf(bool isReverse, std::size_t item, std::size_t count) {
@@ -72,28 +86,50 @@ void Evaluator::Frame::reset(const Expression& next) {
     kept.clear();
 }
 
-// Without predicates, which count positions, a path leads to the same nodes in the same order
-// whether it starts from all context nodes at once or from one after another.
 Outcome Evaluator::evaluate(NodeList context) {
     const Expression& expression = mProgram.expressions.front();
-    if (context.size() > 1 && isPlainPath(expression)) {
-        mStart = context;
-        context.resize(1);
+    if (!followDirectly(expression, context)) {
+        pushFrame(expression).context = std::move(context);
+        while (mDepth > 0) advance();
     }
-    pushFrame(expression).context = std::move(context);
-    while (mDepth > 0) advance();
     return std::move(mOutcome);
 }
 
+// Follows the path without a frame if none of its predicates needs one, and it starts from a single
+// node or positions do not matter; otherwise answers false and does nothing.
+bool Evaluator::followDirectly(const Expression& expression, NodeList& context) {
+    const Operand& path = expression.operands.front();
+    const bool isAbsolute = path.kind == Operand::Kind::AbsolutePath;
+    const bool isPath = isAbsolute || path.kind == Operand::Kind::RelativePath;
+    if (!isPath || expression.operands.size() > 1) return false;
+    if (context.size() != 1 && !isPlainPath(expression)) return false;
+    for (const Step& step : path.steps) {
+        for (const Predicate& predicate : step.predicates) {
+            if (!isPlace(expressionOf(predicate)) &&
+                !Conditions::canDecide(expressionOf(predicate)))
+                return false;
+        }
+    }
+    Route route;
+    route.nodes.swap(context);
+    if (isAbsolute) route.nodes.assign(1, &mDocument);
+    for (const Step& step : path.steps) {
+        takeStep(step, false, route, mMisses);
+        endStep(step, route, mMisses);
+    }
+    mOutcome.nodes.swap(route.nodes);
+    return true;
+}
+
 Evaluator::Frame& Evaluator::pushFrame(const Expression& expression) {
-    if (mDepth == mFrames.size()) mFrames.push_back(std::make_unique<Frame>());
-    Frame& frame = *mFrames[mDepth++];
+    if (mDepth == mFrames.size()) mFrames.emplace_back(mProgram.memory());
+    Frame& frame = mFrames[mDepth++];
     frame.reset(expression);
     return frame;
 }
 
 void Evaluator::advance() {
-    Frame& frame = *mFrames[mDepth - 1];
+    Frame& frame = mFrames[mDepth - 1];
     if (frame.route.isActive) {
         advancePath(frame);
     } else if (startNextPath(frame)) {
@@ -109,7 +145,7 @@ void Evaluator::advance() {
 
 bool Evaluator::startNextPath(Frame& frame) {
     if (frame.isCommonDone && frame.item == frame.context.size()) return false;
-    const std::vector<Operand>& operands = frame.expression->operands;
+    const auto& operands = frame.expression->operands;
     while (frame.operand < operands.size() && !mustFollow(frame, operands[frame.operand])) {
         ++frame.operand;
     }
@@ -131,9 +167,7 @@ void Evaluator::startPath(Frame& frame, const Operand& operand) {
     route.isActive = true;
     route.step = 0;
     route.isStepTaken = false;
-    if (!mStart.empty()) {
-        route.nodes = std::exchange(mStart, {});
-    } else if (operand.kind == Operand::Kind::AbsolutePath) {
+    if (operand.kind == Operand::Kind::AbsolutePath) {
         route.nodes.assign(1, &mDocument);
     } else {
         route.nodes.assign(1, frame.context[frame.item]);
@@ -141,65 +175,81 @@ void Evaluator::startPath(Frame& frame, const Operand& operand) {
 }
 
 void Evaluator::advancePath(Frame& frame) {
-    const Route& route = frame.route;
-    const std::vector<Step>& steps = frame.expression->operands[frame.operand].steps;
+    Route& route = frame.route;
+    const auto& steps = frame.expression->operands[frame.operand].steps;
     if (route.step == steps.size()) return endPath(frame);
     const Step& step = steps[route.step];
+    Misses& misses = foundBy(frame, frame.operand).misses;
     if (!route.isStepTaken) {
-        takeStep(frame, step);
-    } else if (route.predicate < step.predicates.size()) {
+        takeStep(step, asksForExistence(frame) && isLastStep(frame), route, misses);
+    } else if (route.predicate == step.predicates.size()) {
+        endStep(step, route, misses);
+    } else if (!filter(step, route, misses)) {
         pushPredicate(frame, step);
-    } else {
-        endStep(frame, step);
     }
 }
 
-void Evaluator::takeStep(Frame& frame, const Step& step) {
-    Route& route = frame.route;
-    Misses& misses = foundBy(frame, frame.operand).misses;
+// Predicates that are decided here need no frame.
+void Evaluator::takeStep(const Step& step, bool oneWillDo, Route& route, Misses& misses) {
     route.isStepTaken = true;
     route.predicate = 0;
-    if (asksForExistence(frame) && isLastStep(frame) && step.predicates.empty()) {
+    if (oneWillDo && step.predicates.empty()) {
         if (!mWalk.finds(step, route.nodes)) route.nodes.clear();
-        misses.note(step, !route.nodes.empty(), false);
-        return;
+        return misses.note(step, !route.nodes.empty(), false);
     }
-    takeConditions(frame, step);
-    Conditions* conditions = mConditions.isEmpty() ? nullptr : &mConditions;
-    const bool hasMatch =
-        mWalk.collect(step, route.nodes, {conditions, limitOf(frame, step)}, mSelected);
+    mConditions.clear();
+    while (isNextDecided(step, route)) ++route.predicate;
+    Conditions* conditions = route.predicate > 0 ? &mConditions : nullptr;
+    const AxisWalk::Demand demand{conditions, limitOf(step, oneWillDo, route)};
+    const bool hasMatch = mWalk.collect(step, route.nodes, demand, mSelected);
     route.nodes.swap(mSelected);
     misses.note(step, hasMatch, false);
     mConditions.appendMisses(misses);
+    while (route.predicate < step.predicates.size() && filter(step, route, misses)) continue;
 }
 
-// The first predicates of the step, as many as ask for nothing more.
-void Evaluator::takeConditions(Frame& frame, const Step& step) {
-    mConditions.clear();
-    std::size_t& count = frame.route.predicate;
-    while (count < step.predicates.size() &&
-           mConditions.add(mProgram.expressions[step.predicates[count].expression])) {
-        ++count;
-    }
+// Whether conditions now decide the next predicate too.
+bool Evaluator::isNextDecided(const Step& step, const Route& route) {
+    return route.predicate < step.predicates.size() &&
+           mConditions.add(expressionOf(step.predicates[route.predicate]));
 }
 
 // How many nodes are enough. What conditions miss among the others can only matter when nothing is
 // found or a predicate follows.
-std::size_t Evaluator::limitOf(const Frame& frame, const Step& step) const {
-    const std::size_t conditions = frame.route.predicate;
-    const std::size_t rest = step.predicates.size() - conditions;
-    if (rest == 0) {
-        return asksForExistence(frame) && isLastStep(frame) ? 1 : AxisWalk::kNoLimit;
-    }
-    if (isReverse(step.axis) || (rest > 1 && conditions > 0)) return AxisWalk::kNoLimit;
-    return placeOf(mProgram.expressions[step.predicates[conditions].expression]);
+std::size_t Evaluator::limitOf(const Step& step, bool oneWillDo, const Route& route) const {
+    const std::size_t rest = step.predicates.size() - route.predicate;
+    if (rest == 0) return oneWillDo ? 1 : AxisWalk::kNoLimit;
+    if (isReverse(step.axis) || (rest > 1 && route.predicate > 0)) return AxisWalk::kNoLimit;
+    const Expression& next = expressionOf(step.predicates[route.predicate]);
+    if (!isPlace(next)) return AxisWalk::kNoLimit;
+    const std::size_t place = placeOf(next.operands.front().number, kFarPlace);
+    return place > 0 ? place : AxisWalk::kNoLimit;
 }
 
-void Evaluator::endStep(Frame& frame, const Step& step) {
-    Route& route = frame.route;
-    if (!step.predicates.empty()) {
-        foundBy(frame, frame.operand).misses.note(step, !route.nodes.empty(), true);
+// Applies the next predicate; false, doing nothing, when it needs a frame.
+bool Evaluator::filter(const Step& step, Route& route, Misses& misses) {
+    const Expression& predicate = expressionOf(step.predicates[route.predicate]);
+    mConditions.clear();
+    if (isPlace(predicate)) {
+        keepPlace(predicate, isReverse(step.axis), route.nodes);
+    } else if (mConditions.add(predicate)) {
+        const auto fails = [this](Object* node) { return !mConditions.hold(*node); };
+        route.nodes.erase(std::remove_if(route.nodes.begin(), route.nodes.end(), fails),
+                          route.nodes.end());
+        mConditions.appendMisses(misses);
+    } else {
+        return false;
     }
+    ++route.predicate;
+    return true;
+}
+
+const Expression& Evaluator::expressionOf(const Predicate& predicate) const {
+    return mProgram.expressions[predicate.expression];
+}
+
+void Evaluator::endStep(const Step& step, Route& route, Misses& misses) {
+    if (!step.predicates.empty()) misses.note(step, !route.nodes.empty(), true);
     ++route.step;
     route.isStepTaken = false;
 }
@@ -233,8 +283,8 @@ bool Evaluator::asksForExistence(const Frame& frame) {
 }
 
 void Evaluator::popFrame() {
-    Frame& frame = *mFrames[--mDepth];
-    Frame* outer = mDepth > 0 ? mFrames[mDepth - 1].get() : nullptr;
+    Frame& frame = mFrames[--mDepth];
+    Frame* outer = mDepth > 0 ? &mFrames[mDepth - 1] : nullptr;
     Misses& misses = outer != nullptr ? foundBy(*outer, outer->operand).misses : mMisses;
     for (std::size_t i = 0; i < frame.found.size(); ++i) misses.append(foundBy(frame, i).misses);
     if (outer != nullptr) outer->route.nodes.swap(frame.kept);
@@ -244,7 +294,7 @@ void Evaluator::endCommon(Frame& frame) {
     fold(frame, true);
     frame.isCommonDone = true;
     frame.operand = 0;
-    const std::vector<Fold>& folds = frame.expression->folds;
+    const auto& folds = frame.expression->folds;
     const bool isCommon =
         folds.empty() ? frame.expression->operands.front().isCommon() : folds.back().isCommon;
     if (!isCommon) return;
@@ -270,7 +320,7 @@ void Evaluator::endItem(Frame& frame) {
 
 // The folds of what is the same for every context item are done once, the others for each.
 void Evaluator::fold(Frame& frame, bool isCommon) {
-    const std::vector<Fold>& folds = frame.expression->folds;
+    const auto& folds = frame.expression->folds;
     for (std::size_t i = 0; i < folds.size(); ++i) {
         const Fold& fold = folds[i];
         if (fold.isCommon != isCommon) continue;
@@ -295,7 +345,7 @@ Item Evaluator::compare(Frame& frame, const Fold& fold) {
 
 // Only of many nodes that every context item is compared with; otherwise null.
 ManyValues* Evaluator::valuesOf(Frame& frame, std::size_t operand, const Fold& fold) {
-    const std::vector<Operand>& operands = frame.expression->operands;
+    const auto& operands = frame.expression->operands;
     const bool isOftenUsed = !fold.isCommon && operand < operands.size() &&
                              operands[operand].kind == Operand::Kind::AbsolutePath;
     if (!isOftenUsed) return nullptr;
@@ -313,7 +363,7 @@ Evaluator::Found& Evaluator::foundBy(Frame& frame, std::size_t operand) {
 }
 
 ItemList Evaluator::valueOf(Frame& frame, std::size_t index) {
-    const std::vector<Operand>& operands = frame.expression->operands;
+    const auto& operands = frame.expression->operands;
     if (index >= operands.size()) {
         const std::optional<Item>& item = frame.folded[index - operands.size()];
         return item ? ItemList(*item) : ItemList();
@@ -342,21 +392,14 @@ ItemList Evaluator::outcomeOf(Frame& frame) {
     return valueOf(frame, isFolded ? expression.operands.size() + expression.folds.size() - 1 : 0);
 }
 
-// A number keeps the item at that position. `last()` alone belongs to one item and keeps that.
+// A number keeps the item at that position.
 void Evaluator::keepByCommon(Frame& frame) {
     const ItemList outcome = outcomeOf(frame);
     if (outcome.size() == 0) return;
     const std::size_t count = frame.context.size();
-    const Operand& first = frame.expression->operands.front();
-    if (frame.expression->folds.empty() && first.kind == Operand::Kind::Last) {
-        frame.kept.push_back(frame.context[frame.isReverse ? 0 : count - 1]);
-    } else if (outcome.nodes() != nullptr || outcome[0].kind != XPath::Number) {
+    if (outcome.nodes() != nullptr || outcome[0].kind != XPath::Number) {
         if (isTrue(outcome, 0)) frame.kept = frame.context;
-    } else {
-        const double position = outcome[0].number;
-        if (!(position >= 1 && position <= static_cast<double>(count))) return;
-        const auto place = static_cast<std::size_t>(position);
-        if (static_cast<double>(place) != position) return;
+    } else if (const std::size_t place = placeOf(outcome[0].number, count)) {
         frame.kept.push_back(frame.context[frame.isReverse ? count - place : place - 1]);
     }
 }
@@ -375,7 +418,8 @@ void Evaluator::addResults(Frame& frame) {
     result.kind = item.kind;
     result.number = item.number;
     result.flag = item.flag;
-    if (item.kind == XPath::String) result.text = frame.expression->operands.front().literal;
+    if (item.kind == XPath::String)
+        result.text = VexSys::Uni16String(frame.expression->operands.front().literal);
 }
 
 // The expression is a path and nothing else.

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <memory>
+#include <memory_resource>
 #include <optional>
 #include <vector>
 
@@ -32,7 +34,8 @@ public:
         : mProgram(program),
           mDocument(document),
           mWalk(document),
-          mAbsolutePaths(program.absolutePathCount) {}
+          mFrames(program.memory()),
+          mAbsolutePaths(program.absolutePathCount, program.memory()) {}
 
     /// Evaluates the whole expression from the context nodes. To be called once.
     Outcome evaluate(NodeList context);
@@ -61,6 +64,8 @@ private:
 
     /// An expression that is being evaluated over its context.
     struct Frame {
+        explicit Frame(std::pmr::memory_resource* memory) : found(memory), folded(memory) {}
+
         const Expression* expression = nullptr;
         NodeList context;
         bool isPredicate = false;  ///< the context is to be filtered
@@ -72,13 +77,15 @@ private:
         std::size_t operand = 0;    ///< the operand reached
         Route route;                ///< of that operand
 
-        std::vector<Found> found;                 ///< by operand, for relative paths
-        std::vector<std::optional<Item>> folded;  ///< by fold; nothing where an operand is empty
-        NodeList kept;                            ///< of the context, by a predicate
+        std::pmr::vector<Found> found;  ///< by operand, for relative paths
+        std::pmr::vector<std::optional<Item>>
+            folded;     ///< by fold; nothing where an operand is empty
+        NodeList kept;  ///< of the context, by a predicate
 
         void reset(const Expression& next);
     };
 
+    bool followDirectly(const Expression& expression, NodeList& context);
     Frame& pushFrame(const Expression& expression);
     void pushPredicate(Frame& frame, const Step& step);
     void popFrame();
@@ -88,10 +95,12 @@ private:
     bool mustFollow(const Frame& frame, const Operand& operand) const;
     void startPath(Frame& frame, const Operand& operand);
     void advancePath(Frame& frame);
-    void takeStep(Frame& frame, const Step& step);
-    void takeConditions(Frame& frame, const Step& step);
-    std::size_t limitOf(const Frame& frame, const Step& step) const;
-    void endStep(Frame& frame, const Step& step);
+    void takeStep(const Step& step, bool oneWillDo, Route& route, Misses& misses);
+    bool isNextDecided(const Step& step, const Route& route);
+    std::size_t limitOf(const Step& step, bool oneWillDo, const Route& route) const;
+    bool filter(const Step& step, Route& route, Misses& misses);
+    void endStep(const Step& step, Route& route, Misses& misses);
+    const Expression& expressionOf(const Predicate& predicate) const;
     void endPath(Frame& frame);
     static bool isLastStep(const Frame& frame);
     static bool asksForExistence(const Frame& frame);
@@ -116,12 +125,10 @@ private:
     Operations mOperations;
     Conditions mConditions{mOperations};  ///< of the step that is being taken
     /// Those in use come first; the others keep their memory for the next predicate.
-    std::vector<std::unique_ptr<Frame>> mFrames;
+    std::pmr::deque<Frame> mFrames;
     std::size_t mDepth = 0;
-    std::vector<Found> mAbsolutePaths;  ///< by their numbers
-    /// Where the path starts from if that is more than one context item.
-    NodeList mStart;
-    NodeList mSelected;  ///< by the step that is being taken
+    std::pmr::vector<Found> mAbsolutePaths;  ///< by their numbers
+    NodeList mSelected;                      ///< by the step that is being taken
     Misses mMisses;
     Outcome mOutcome;
     NodeTable mResultNodes;

@@ -1,13 +1,13 @@
 #include "xpath/Operators.h"
 
 #include <algorithm>
-#include <cstring>
+#include <string_view>
 
 namespace Xml {
 namespace {
 
 struct OperatorName {
-    const char* text;
+    std::string_view text;
     XPath::ExpressionOperators op;
 };
 
@@ -32,12 +32,12 @@ bool canBegin(wchar_t unit) {
 OperatorMatch findOperator(const wchar_t* text, std::size_t size) {
     if (size == 0 || !canBegin(*text)) return {};
     for (const OperatorName& name : kOperatorNames) {
-        const std::size_t length = std::strlen(name.text);
+        const std::size_t length = name.text.size();
         if (length > size) continue;
         const auto isSame = [](char expected, wchar_t unit) {
             return static_cast<wchar_t>(expected) == unit;
         };
-        if (std::equal(name.text, name.text + length, text, isSame)) return {name.op, length};
+        if (std::equal(name.text.begin(), name.text.end(), text, isSame)) return {name.op, length};
     }
     return {};
 }

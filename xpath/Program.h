@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory_resource>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,8 @@ struct Predicate {
 
 /// One step of a location path.
 struct Step {
+    explicit Step(std::pmr::memory_resource* memory) : predicates(memory) {}
+
     std::size_t number = 0;  ///< among all steps of the program
     /// 1 for the first step of a path, and one more for each slash behind that. In a predicate
     /// paths begin one above the step that the predicate belongs to.
@@ -42,12 +45,14 @@ struct Step {
     bool afterDoubleSlash = false;
     XPath::Axis axis = XPath::NoAxis;
     NodeTest test;
-    VexSys::Uni16String testText;  ///< the node test as the expression has it
-    std::vector<Predicate> predicates;
+    Uni16View testText;  ///< the node test as the expression has it
+    std::pmr::vector<Predicate> predicates;
 };
 
 /// One operand of an expression.
 struct Operand {
+    explicit Operand(std::pmr::memory_resource* memory) : steps(memory) {}
+
     enum class Kind {
         Literal,       ///< `'text'`
         Number,        ///< `12.5`
@@ -57,11 +62,12 @@ struct Operand {
         RelativePath   ///< `dish/@name`, from each context item
     };
     Kind kind = Kind::RelativePath;
-    VexSys::Uni16String literal;  ///< Literal only, without its quotes
-    std::string literalKey;       ///< Literal only: its comparison key
-    double number = 0;            ///< Number only
-    std::vector<Step> steps;      ///< paths only; none for `/`
-    std::size_t pathNumber = 0;   ///< AbsolutePath only: among all of the program
+    Uni16View literal;             ///< Literal only, without its quotes
+    std::string literalKey;        ///< Literal only: its comparison key
+    double number = 0;             ///< Number only
+    std::pmr::vector<Step> steps;  ///< paths only; none for `/`
+    std::size_t pathNumber = 0;    ///< AbsolutePath only: among all of the program
+    XPath::ExpressionOperators op = XPath::NoOperator;  ///< behind it
 
     /// Whether it comes to the same for every context item. It goes by what the operand is, not by
     /// what it finds.
@@ -79,14 +85,23 @@ struct Fold {
 
 /// Operands, and how to fold them, in this order, into one. Never without an operand.
 struct Expression {
-    std::vector<Operand> operands;
-    std::vector<Fold> folds;
+    explicit Expression(std::pmr::memory_resource* memory) : operands(memory), folds(memory) {}
+
+    std::pmr::vector<Operand> operands;
+    std::pmr::vector<Fold> folds;
 };
 
 /// A whole expression decoded. Predicates are expressions too, kept in one list, so that neither
 /// decoding nor freeing them takes call stack for each level. The first is the whole expression.
+/// Texts in it refer to the text of the expression.
 struct Program {
-    std::vector<Expression> expressions;
+    /// All that is in the program is taken from `memory`, which must outlive it: most programs are
+    /// so small that allocating their parts one by one would take longer than their evaluation.
+    explicit Program(std::pmr::memory_resource* memory) : expressions(memory) {}
+
+    std::pmr::memory_resource* memory() const { return expressions.get_allocator().resource(); }
+
+    std::pmr::vector<Expression> expressions;
     std::size_t stepCount = 0;
     std::size_t absolutePathCount = 0;
 };

@@ -56,7 +56,7 @@ std::size_t matchName(const char* name, const wchar_t* text, std::size_t size) {
     return length;
 }
 
-bool isName(const Uni16String& text, std::size_t size, const char* name) {
+bool isName(Uni16View text, std::size_t size, const char* name) {
     return size > 0 && matchName(name, text.data(), size) == size;
 }
 
@@ -69,7 +69,7 @@ bool isNCChar(char c) { return isFirstNCChar(c) || (c >= '0' && c <= '9') || c =
 char lowByte(wchar_t unit) { return static_cast<char>(unit & 0xFF); }
 
 // NCName ::= [A-Za-z_] [A-Za-z0-9._-]*
-bool skipNCName(const Uni16String& text, std::size_t& at, std::size_t end) {
+bool skipNCName(Uni16View text, std::size_t& at, std::size_t end) {
     if (at == end || !isFirstNCChar(lowByte(text[at]))) return false;
     while (at < end && isNCChar(lowByte(text[at]))) ++at;
     return true;
@@ -78,7 +78,7 @@ bool skipNCName(const Uni16String& text, std::size_t& at, std::size_t end) {
 // QName ::= NCName (":" NCName)?
 //
 // After a failure `at` is where it was or, when only the name behind the ":" is missing, there.
-bool GetQName(const Uni16String& text, std::size_t& at, std::size_t end) {
+bool GetQName(Uni16View text, std::size_t& at, std::size_t end) {
     if (!skipNCName(text, at, end)) return false;
     if (at == end || text[at] != L':') return true;
     return skipNCName(text, ++at, end);
@@ -88,27 +88,26 @@ bool GetQName(const Uni16String& text, std::size_t& at, std::size_t end) {
 
 bool isDigit(wchar_t unit) { return unit >= L'0' && unit <= L'9'; }
 
-std::vector<ExpressionItem> Scanner::SplitExpression(Piece expression) const {
-    std::vector<ExpressionItem> items;
+bool Scanner::SplitExpression(Piece& expression, ExpressionItem& item) const {
+    const std::size_t begin = expression.begin;
     const std::size_t end = expression.end;
-    std::size_t operand = expression.begin;
-    std::size_t at = operand;
+    std::size_t at = begin;
     while (at < end) {
         if (IsBeginLiteral(mText[at]) || mText[at] == L'[') {
             at = mText.skip(at, end);
             continue;
         }
         const OperatorMatch match = findOperator(mText.at(at), end - at);
-        if (match.length == 0) {
-            ++at;
-            continue;
+        if (match.length > 0) {
+            item = {{begin, at}, match.op};
+            expression.begin = at + match.length;
+            return true;
         }
-        items.push_back({{operand, at}, match.op});
-        at += match.length;
-        operand = at;
+        ++at;
     }
-    if (operand < end) items.push_back({{operand, end}, XPath::NoOperator});
-    return items;
+    item = {expression, XPath::NoOperator};
+    expression.begin = end;
+    return begin < end;
 }
 
 // Brackets are counted rather than matched: below zero, behind a stray "]", they hide slashes too.
@@ -136,7 +135,7 @@ bool Scanner::SplitLocationPath(Piece& path, Piece& step) {
     return true;
 }
 
-bool Scanner::ExtractPredicates(Piece& step, std::vector<Predicate>& predicates) {
+bool Scanner::ExtractPredicates(Piece& step, std::pmr::vector<Predicate>& predicates) {
     std::size_t at = step.begin;
     while (at < step.end && mText[at] != L'[') {
         at = IsBeginLiteral(mText[at]) ? mText.skip(at, step.end) : at + 1;
@@ -158,23 +157,24 @@ bool Scanner::ExtractPredicates(Piece& step, std::vector<Predicate>& predicates)
     return true;
 }
 
-bool Scanner::ExtractAxis(Uni16String& step, XPath::Axis& axis) {
-    if (step == L".." || step == L".") {
+bool Scanner::ExtractAxis(Uni16View& step, XPath::Axis& axis) {
+    const bool isAbbreviated = !step.empty() && step.front() == L'.';
+    if (isAbbreviated && (step == L".." || step == L".")) {
         axis = step.size() == 2 ? XPath::ParentAxis : XPath::SelfAxis;
         step = kNodeTest;
         return true;
     }
     const std::size_t colons = step.find(L"::");
-    if (colons == Uni16String::npos) {
+    if (colons == Uni16View::npos) {
         const bool isAttribute = !step.empty() && step.front() == L'@';
         axis = isAttribute ? XPath::AttributeAxis : XPath::ChildAxis;
-        if (isAttribute) step.erase(0, 1);
+        if (isAttribute) step.remove_prefix(1);
         return true;
     }
     for (const AxisName& name : kAxisNames) {
         if (!isName(step, colons, name.text)) continue;
         axis = name.axis;
-        step.erase(0, colons + 2);
+        step.remove_prefix(colons + 2);
         return true;
     }
     return fail(XPath::NoValidAxis, step);
@@ -183,7 +183,7 @@ bool Scanner::ExtractAxis(Uni16String& step, XPath::Axis& axis) {
 // A keyword counts wherever a step begins with it, and only without parentheses (or with a lone "("
 // at the end) does it pass. Both are deliberate: applications know expressions by these answers,
 // and "." and "..", which stand for "node()", fail by them.
-bool Scanner::ExtractKindTest(const Uni16String& step, NodeTest& test) {
+bool Scanner::ExtractKindTest(Uni16View step, NodeTest& test) {
     const auto* keyword =
         std::find_if(std::begin(kKeywords), std::end(kKeywords), [&step](const Keyword& candidate) {
             return matchName(candidate.text, step.data(), step.size()) > 0;
@@ -195,17 +195,17 @@ bool Scanner::ExtractKindTest(const Uni16String& step, NodeTest& test) {
     if (step[open] != L'(') return fail(XPath::MissingKindTestOpen, step);
     if (open + 1 == step.size()) return true;
     const std::size_t close = step.find(L')', open + 1);
-    if (close == Uni16String::npos) return fail(XPath::MissingKindTestClose, step);
+    if (close == Uni16View::npos) return fail(XPath::MissingKindTestClose, step);
     const bool enclosesText = close > open + 1;
     return !enclosesText && fail(XPath::IllegalCharAfterKindTest, step);
 }
 
 // NameTest ::= "*" | "*:" NCName | NCName ":*" | QName
-bool Scanner::GetNameTest(const Uni16String& step, NameTest& test) {
+bool Scanner::GetNameTest(Uni16View step, NameTest& test) {
     const std::size_t end = step.size();
-    if (step == L"*") return true;
     std::size_t at = 0;
     if (end > 0 && step[0] == L'*') {
+        if (end == 1) return true;
         at = 2;
         test.form = NameTest::Form::LocalName;
         const bool isLocalName = step[1] == L':' && skipNCName(step, at, end) && at == end;
@@ -226,10 +226,10 @@ bool Scanner::GetNameTest(const Uni16String& step, NameTest& test) {
     return true;
 }
 
-bool Scanner::ExtractLiteral(Piece operand, Uni16String& literal) {
+bool Scanner::ExtractLiteral(Piece operand, Uni16View& literal) {
     const std::size_t behind = mText.skip(operand.begin, operand.end);
     if (behind < operand.end) return fail(XPath::IllegalCharAfterLiteral, operand);
-    literal.assign(mText.at(operand.begin + 1), behind - operand.begin - 2);
+    literal = mText.view({operand.begin + 1, behind - 1});
     return true;
 }
 
@@ -276,13 +276,13 @@ XPath::FunctionState Scanner::ExtractFunction(const char* name, Piece operand) {
     return XPath::FunctionRead;
 }
 
-bool Scanner::fail(XPath::ErrorCode code, const Uni16String& detail) {
-    mError = {code, detail};
+bool Scanner::fail(XPath::ErrorCode code, Uni16View detail) {
+    mError = {code, Uni16String(detail)};
     return false;
 }
 
 bool Scanner::fail(XPath::ErrorCode code, Piece detail) {
-    return fail(code, mText.asWritten(detail));
+    return fail(code, Uni16View(mText.asWritten(detail)));
 }
 
 }  // namespace Xml

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory_resource>
 #include <vector>
 
 #include "xpath/Error.h"
@@ -23,8 +24,9 @@ public:
 
     /// Expression ::= Operand (Operator Operand)*
     ///
-    /// An operand may be empty, but for the last, which is then left out.
-    std::vector<ExpressionItem> SplitExpression(Piece expression) const;
+    /// Cuts off the first operand and the operator behind it; false when nothing is left. An
+    /// operand may be empty, but for the last, which is then left out.
+    bool SplitExpression(Piece& expression, ExpressionItem& item) const;
 
     /// Path ::= Step ("/" Step)*
     ///
@@ -33,26 +35,26 @@ public:
     /// Step ::= (Axis "::" | "@")? NodeTest ("[" Expression "]")*
     ///
     /// Takes the predicates off.
-    bool ExtractPredicates(Piece& step, std::vector<Predicate>& predicates);
+    bool ExtractPredicates(Piece& step, std::pmr::vector<Predicate>& predicates);
     /// Takes the axis off.
-    bool ExtractAxis(VexSys::Uni16String& step, XPath::Axis& axis);
+    bool ExtractAxis(Uni16View& step, XPath::Axis& axis);
     /// NodeTest ::= KindTest | NameTest
     ///
     /// May fail without a code.
-    bool ExtractKindTest(const VexSys::Uni16String& step, NodeTest& test);
+    bool ExtractKindTest(Uni16View step, NodeTest& test);
 
     /// The operands that are no paths. Each needs a text that begins as such.
-    bool ExtractLiteral(Piece operand, VexSys::Uni16String& literal);
+    bool ExtractLiteral(Piece operand, Uni16View& literal);
     bool ExtractNumber(Piece operand, double& number);
     /// Function ::= Name "(" [^)]* ")"
     XPath::FunctionState ExtractFunction(const char* name, Piece operand);
 
-    bool fail(XPath::ErrorCode code, const VexSys::Uni16String& detail);
+    bool fail(XPath::ErrorCode code, Uni16View detail);
     bool fail(XPath::ErrorCode code, Piece detail);
     const XPathError& error() const { return mError; }
 
 private:
-    bool GetNameTest(const VexSys::Uni16String& step, NameTest& test);
+    bool GetNameTest(Uni16View step, NameTest& test);
 
     const ExpressionText& mText;
     XPathError mError;

@@ -1,8 +1,11 @@
 #include "VexXml/XPath.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <memory_resource>
 #include <string_view>
 #include <utility>
 
@@ -22,6 +25,9 @@ using VexSys::Uni16String;
 
 constexpr const char* kModule = "XPath";
 constexpr const char* kDetailMark = " --> ";
+
+// What the parts of an expression and of its evaluation take, unless it is long.
+constexpr std::size_t kUsualSize = 6144;
 
 // All bits of a word index that asks for the whole text.
 constexpr std::uint32_t kWholeText = 0xFFFFFFFF;
@@ -58,7 +64,7 @@ Uni16String textOf(const XPath::ResultItem& item) {
 }
 
 Uni16String detailOf(const Misses::Blamed& blamed, const ExpressionText& text) {
-    Uni16String detail = blamed.step->testText;
+    Uni16String detail(blamed.step->testText);
     if (!blamed.byPredicates) return detail;
     for (const Predicate& predicate : blamed.step->predicates) {
         detail += text.asWritten({predicate.text.begin - 1, predicate.text.end + 1});
@@ -94,13 +100,15 @@ XPath& XPath::operator=(XPath&& other) noexcept {
 
 XPath::~XPath() = default;
 
-unsigned long XPath::GetValues(const Uni16String& expression) {
-    if (mDocument == nullptr) return 0;
-    return FindNodes(expression, false) ? GetNrOfResults() : 0;
-}
+unsigned long XPath::GetValues(const Uni16String& expression) { return runQuery(expression); }
 
 unsigned long XPath::GetValues(const std::string& expression) {
-    return GetValues(fromUTF8(expression));
+    return runQuery(fromUTF8(expression));
+}
+
+unsigned long XPath::runQuery(Uni16String expression) {
+    if (mDocument == nullptr) return 0;
+    return FindNodes(std::move(expression), false) ? GetNrOfResults() : 0;
 }
 
 Uni16String XPath::GetValue(const Uni16String& expression, long wordIndex) {
@@ -169,8 +177,10 @@ Uni16String XPath::GetErrorString() const {
 std::string XPath::GetErrorStringUTF8() const { return toUTF8(GetErrorString()); }
 
 // A relative expression starts from the results and uses them up; an absolute one replaces them.
-bool XPath::FindNodes(const Uni16String& expression, bool syntaxOnly) {
-    const ExpressionText text(expression);
+bool XPath::FindNodes(Uni16String expression, bool syntaxOnly) {
+    std::array<std::byte, kUsualSize> buffer;
+    std::pmr::monotonic_buffer_resource memory(buffer.data(), buffer.size());
+    const ExpressionText text(std::move(expression), &memory);
     setError(text.error().code, text.error().detail);
     if (text.size() == 0) {
         if (!syntaxOnly) clearResults();
@@ -189,23 +199,25 @@ bool XPath::FindNodes(const Uni16String& expression, bool syntaxOnly) {
     }
     const bool isDocument = text.size() == 1 && text[0] == L'/';
     if (isDocument && syntaxOnly) return true;
-    if (!EvaluateExpression(nodes, values, text, syntaxOnly)) return false;
+    Program program(&memory);
+    if (!compile(text, !syntaxOnly && !values.empty(), program)) return false;
+    if (!syntaxOnly) EvaluateExpression(text, program, nodes, values);
     mNodes.swap(nodes);
     mValues.swap(values);
     mItems.clear();
     return true;
 }
 
-// Needs: `nodes` or `values` is empty. They are the context, and become the results.
-bool XPath::EvaluateExpression(std::vector<Object*>& nodes, std::vector<ResultItem>& values,
-                               const ExpressionText& text, bool syntaxOnly) {
+bool XPath::compile(const ExpressionText& text, bool startsFromValues, Program& program) {
     if (text.error().code != NoError) return false;
-    const bool startsFromValues = !syntaxOnly && !values.empty();
-    Compiler compiler(text,
-                      startsFromValues ? Compiler::Context::Values : Compiler::Context::Nodes);
-    Program program;
-    if (!compiler.compile(program)) return fail(compiler.error().code, compiler.error().detail);
-    if (syntaxOnly) return true;
+    Compiler compiler(text, startsFromValues ? Compiler::Context::Values : Compiler::Context::Nodes,
+                      program);
+    return compiler.compile() || fail(compiler.error().code, compiler.error().detail);
+}
+
+// Needs: `nodes` or `values` is empty. They are the context, and become the results.
+void XPath::EvaluateExpression(const ExpressionText& text, const Program& program,
+                               std::vector<Object*>& nodes, std::vector<ResultItem>& values) {
     Evaluator evaluator(program, *mDocument);
     Outcome outcome = evaluator.evaluate(std::move(nodes));
     nodes = std::move(outcome.nodes);
@@ -213,7 +225,6 @@ bool XPath::EvaluateExpression(std::vector<Object*>& nodes, std::vector<ResultIt
     const Misses::Blamed& blamed = evaluator.blamed();
     const bool isEmpty = nodes.empty() && values.empty();
     if (isEmpty && blamed.step != nullptr) setError(NodeNotFound, detailOf(blamed, text));
-    return true;
 }
 
 void XPath::clearResults() {

@@ -14,6 +14,7 @@ namespace Xml {
 class Document;
 class ExpressionText;
 class Object;
+struct Program;
 
 /// Answers queries about one document, starting from one of its nodes.
 ///
@@ -177,9 +178,11 @@ public:
     std::string GetErrorStringUTF8() const;
 
 private:
-    bool FindNodes(const VexSys::Uni16String& expression, bool syntaxOnly);
-    bool EvaluateExpression(std::vector<Object*>& nodes, std::vector<ResultItem>& values,
-                            const ExpressionText& text, bool syntaxOnly);
+    unsigned long runQuery(VexSys::Uni16String expression);
+    bool FindNodes(VexSys::Uni16String expression, bool syntaxOnly);
+    bool compile(const ExpressionText& text, bool startsFromValues, Program& program);
+    void EvaluateExpression(const ExpressionText& text, const Program& program,
+                            std::vector<Object*>& nodes, std::vector<ResultItem>& values);
     ResultItem itemOf(unsigned long index) const;
     void clearResults();
     void setError(ErrorCode error, const VexSys::Uni16String& detail);
