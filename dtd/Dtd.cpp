@@ -5,6 +5,7 @@
 
 #include "VexXml/Streams.h"
 #include "dom/EmptyText.h"
+#include "dtd/QuickValidator.h"
 #include "dtd/Validator.h"
 
 namespace Xml {
@@ -167,6 +168,7 @@ void Dtd::merge(const Dtd& other, bool overwrite) {
 }
 
 bool Dtd::validate(Element* element) const {
+    if (QuickValidator(*this).accepts(*element)) return true;
     std::vector<Object*> root{element};
     return Validator(root).matchesElement(*this);
 }

@@ -30,6 +30,7 @@ public:
     static bool allowsName(const MixedSpec& model, const std::string& name) {
         return model.mKnownNames.count(name) > 0;
     }
+    static const std::vector<std::string>& namesOf(const MixedSpec& model) { return model.mNames; }
     static const std::string& nameOf(const NameSpec& particle) { return particle.mName; }
     static const ParticleList& itemsOf(const SeqSpec& particle) { return particle.mItems; }
     static ParticleList& itemsOf(SeqSpec& particle) { return particle.mItems; }

@@ -358,6 +358,7 @@ protected:
 private:
     friend class AttributeList;
     friend class NodeAccess;
+    friend class QuickValidator;
     friend class Validator;
 
     class Binder;

@@ -358,6 +358,7 @@ protected:
     void write(OutStream& out) const override;
 
 private:
+    friend class ElementRules;
     friend class ModelAccess;
     friend class Validator;
 

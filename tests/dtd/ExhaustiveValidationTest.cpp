@@ -114,6 +114,26 @@ protected:
         }
     }
 
+    // The same with the sequences as what elements hold that are declared so.
+    void compareInElements(const std::vector<Particle>& models, std::size_t longest) {
+        std::vector<std::unique_ptr<Xml::Element>> parents;
+        for (const auto& sequence : mChildren.sequences(longest)) {
+            parents.push_back(support::tree("p(" + shown(sequence) + ')'));
+        }
+        for (const Particle& model : models) {
+            Xml::Dtd dtd("doc");
+            support::declare(dtd, kLeaves);
+            support::declareMarks(dtd, {"a", "b"});
+            dtd.addElementDecl("p", support::build(&dtd, model));
+            for (const auto& parent : parents) {
+                compareIn(dtd, model, *parent);
+                if (HasFailure()) {
+                    FAIL() << textOf(mDtd, model) << " on" << shown(support::childrenOf(*parent));
+                }
+            }
+        }
+    }
+
     int mCompared = 0;
 
 private:
@@ -141,6 +161,23 @@ private:
         EXPECT_EQ(spec.validate(&whole), expected && expectedRest.empty());
     }
 
+    void compareIn(const Xml::Dtd& dtd, const Particle& model, Xml::Element& parent) {
+        mReference.bound.clear();
+        std::queue<Xml::Object*> rest = support::queueOf(parent);
+        bool expected = false;
+        try {
+            expected = mReference.match(model, rest) && rest.empty();
+        } catch (const support::NeverEnds&) {
+            return;
+        }
+        ++mCompared;
+        parent.setDtd(nullptr);
+        EXPECT_EQ(dtd.validate(&parent), expected);
+        for (const Xml::Object* child : support::childrenOf(parent)) {
+            EXPECT_EQ(support::bindingOf(*child) == "bound", mReference.bound.count(child) > 0);
+        }
+    }
+
     static std::string shown(const std::vector<Xml::Object*>& sequence) {
         std::string out;
         for (Xml::Object* child : sequence) {
@@ -155,7 +192,7 @@ private:
     ChildrenToTry mChildren;
 };
 
-TEST_F(ExhaustiveMatching, ListsOfUpToTwoNames) {
+std::vector<Particle> listsOfUpToTwoNames() {
     const std::vector<Particle> names = repeated({name("a"), name("b")});
     std::vector<Particle> models = repeated(lists({}));
     for (const Particle& only : names) {
@@ -163,11 +200,10 @@ TEST_F(ExhaustiveMatching, ListsOfUpToTwoNames) {
         for (const Particle& list : repeated(lists({only}))) models.push_back(list);
     }
     for (const Particle& list : repeated(listsOfPairs(names, names))) models.push_back(list);
-    compare(models, ChildrenToTry::kLongest);
-    EXPECT_GT(mCompared, 200000);
+    return models;
 }
 
-TEST_F(ExhaustiveMatching, ListsOfANameAndAList) {
+std::vector<Particle> listsOfANameAndAList() {
     Particle optional = name("a");
     optional.repetition = Xml::RepOptional;
     Particle starred = name("b");
@@ -177,7 +213,26 @@ TEST_F(ExhaustiveMatching, ListsOfANameAndAList) {
     std::vector<Particle> models = listsOfPairs(names, groups);
     for (Particle& list : listsOfPairs(groups, names)) models.push_back(std::move(list));
     for (std::size_t i = 0; i < models.size(); ++i) models[i].repetition = kRepetitions[i % 4];
-    compare(models, 3);
+    return models;
+}
+
+TEST_F(ExhaustiveMatching, ListsOfUpToTwoNames) {
+    compare(listsOfUpToTwoNames(), ChildrenToTry::kLongest);
+    EXPECT_GT(mCompared, 200000);
+}
+
+TEST_F(ExhaustiveMatching, ListsOfANameAndAList) {
+    compare(listsOfANameAndAList(), 3);
+    EXPECT_GT(mCompared, 200000);
+}
+
+TEST_F(ExhaustiveMatching, ListsOfUpToTwoNamesInElements) {
+    compareInElements(listsOfUpToTwoNames(), ChildrenToTry::kLongest);
+    EXPECT_GT(mCompared, 200000);
+}
+
+TEST_F(ExhaustiveMatching, ListsOfANameAndAListInElements) {
+    compareInElements(listsOfANameAndAList(), 3);
     EXPECT_GT(mCompared, 200000);
 }
 
