@@ -20,91 +20,132 @@ bool Element::setShortNotationForEmptyTags(bool on) {
 
 bool Element::usingShortNotationForEmptyTags() { return writesShortEmptyTags; }
 
-// Writes all that is below without recursion; children of classes that a caller derived write
-// themselves. Invariant: the elements of `open` have their start tags written, each is a child of
-// the one before it, and only their children from `next` on and their end tags are missing.
-void Element::write(OutStream& stream) const {
+/// Writes an element and all below it without recursion; nodes of classes that a caller derived
+/// write themselves. Invariant: `here` and the elements around it have their start tags written,
+/// and only their children from `next` on and their end tags are missing.
+class Element::Writer {
+public:
+    explicit Writer(OutStream& stream) : mStream(stream), mOut(stream) {}
+
+    void write(const Element& top) {
+        if (!writeStartTag(top)) return;
+        Open here = open(top);
+        while (true) {
+            if (const Element* inner = writeChildren(here)) {
+                mAround.push_back(here);
+                here = open(*inner);
+                continue;
+            }
+            writeEndTag(*here.element);
+            if (mAround.empty()) return;
+            const_cast<Element*>(here.element)->endWrite(mOut.getPosition());
+            here = mAround.back();
+            mAround.pop_back();
+            endChild(here);
+        }
+    }
+
+private:
     struct Open {
         const Element* element;
         std::size_t next;
         bool onlyElements;
     };
-    std::vector<Open> open;
-    OutWindow out(stream);
-    const auto start = [&](const Element& element) {
-        const bool hasContent = element.writeStartTag(out);
-        if (hasContent) open.push_back({&element, 0, element.hasOnlyElements()});
-        if (hasContent && open.back().onlyElements) out.put('\n');
-        return hasContent;
-    };
-    const auto endChild = [&] {
-        if (!open.empty() && open.back().onlyElements) out.put('\n');
-    };
-    start(*this);
-    while (!open.empty()) {
-        const Element* parent = open.back().element;
-        if (open.back().next == parent->mChildren.size()) {
-            parent->writeEndTag(out);
-            open.pop_back();
-            if (parent != this) const_cast<Element*>(parent)->endWrite(out.getPosition());
-            endChild();
-            continue;
-        }
-        Object* child = parent->mChildren[open.back().next++];
-        const std::type_info& type = typeid(*child);
-        if (type != typeid(Element) && type != typeid(CharData)) {
-            out.release();
-            child->toStream(stream);
-            out.takeBack();
-            endChild();
-        } else if (!child->beginWrite(out.getPosition())) {
-            out.setPosition(child->mWriteEnd);
-            endChild();
-        } else if (type == typeid(CharData)) {
-            out.writeDataHolder(static_cast<CharData*>(child)->mData);
-            child->endWrite(out.getPosition());
-            endChild();
-        } else if (!start(*static_cast<Element*>(child))) {
-            child->endWrite(out.getPosition());
-            endChild();
-        }
-    }
-}
 
-// False when the tag is that of an empty element in short notation, so that nothing follows.
-bool Element::writeStartTag(OutWindow& out) const {
-    out.put('<');
-    out.put(mName);
-    const auto writeAttribute = [&out](const Attribute& attribute) {
-        if (!attribute.isOk()) return;
-        out.put(' ');
-        out.put(attribute.mName);
-        out.put("=\"");
-        out.putEscaped(
-            {attribute.mValue.toCString(), static_cast<std::size_t>(attribute.mValue.getSize())});
-        out.put('"');
-    };
-    if (mAttributes) mAttributes->forEach(writeAttribute);
-    if (mChildren.empty() && writesShortEmptyTags) {
-        out.put("/>");
+    Open open(const Element& element) {
+        const bool onlyElements = element.hasOnlyElements();
+        if (onlyElements) mOut.put('\n');
+        return {&element, 0, onlyElements};
+    }
+    void endChild(const Open& here) {
+        if (here.onlyElements) mOut.put('\n');
+    }
+
+    // Stops behind the start tag of a child that has content. Null when there is none left.
+    const Element* writeChildren(Open& here) {
+        const auto& children = here.element->mChildren;
+        while (here.next < children.size()) {
+            Object* child = children[here.next++];
+            if (&typeid(*child) == &typeid(Element)) {
+                if (writeStart(*static_cast<Element*>(child))) return static_cast<Element*>(child);
+            } else if (&typeid(*child) == &typeid(CharData)) {
+                writeText(*static_cast<CharData*>(child));
+            } else {
+                mOut.release();
+                child->toStream(mStream);
+                mOut.takeBack();
+            }
+            endChild(here);
+        }
+        return nullptr;
+    }
+
+    // False when the element is written, or passed over.
+    bool writeStart(Element& element) {
+        if (!beginWrite(element)) return false;
+        if (writeStartTag(element)) return true;
+        element.endWrite(mOut.getPosition());
         return false;
     }
-    out.put('>');
-    out.incTab();
-    return true;
-}
 
-void Element::writeEndTag(OutWindow& out) const {
-    out.decTab();
-    out.put("</");
-    out.put(mName);
-    out.put('>');
-}
+    void writeText(CharData& text) {
+        if (!beginWrite(text)) return;
+        mOut.writeDataHolder(text.mData);
+        text.endWrite(mOut.getPosition());
+    }
+
+    bool beginWrite(Object& node) {
+        if (node.beginWrite(mOut.getPosition())) return true;
+        mOut.setPosition(node.mWriteEnd);
+        return false;
+    }
+
+    // False when the tag is that of an empty element in short notation, so that nothing follows.
+    bool writeStartTag(const Element& element) {
+        mOut.put('<');
+        mOut.put(element.getName());
+        if (element.mAttributes) {
+            element.mAttributes->forEach(
+                [this](const Attribute& attribute) { writeAttribute(attribute); });
+        }
+        if (element.mChildren.empty() && writesShortEmptyTags) {
+            mOut.put("/>");
+            return false;
+        }
+        mOut.put('>');
+        mOut.incTab();
+        return true;
+    }
+
+    void writeAttribute(const Attribute& attribute) {
+        if (!attribute.isOk()) return;
+        mOut.put(' ');
+        mOut.put(attribute.getName());
+        mOut.put("=\"");
+        const DataHolder& value = attribute.getValue();
+        mOut.putEscaped({value.toCString(), static_cast<std::size_t>(value.getSize())});
+        mOut.put('"');
+    }
+
+    void writeEndTag(const Element& element) {
+        mOut.decTab();
+        mOut.put("</");
+        mOut.put(element.getName());
+        mOut.put('>');
+    }
+
+    OutStream& mStream;
+    OutWindow mOut;
+    std::vector<Open> mAround;
+};
+
+void Element::write(OutStream& out) const { Writer(out).write(*this); }
 
 bool Element::hasOnlyElements() const {
     return !mChildren.empty() &&
-           std::none_of(mChildren.begin(), mChildren.end(),
-                        [](const Object* child) { return child->isCharData(); });
+           std::none_of(mChildren.begin(), mChildren.end(), [](const Object* child) {
+               return &typeid(*child) != &typeid(Element) && child->isCharData();
+           });
 }
 
 }  // namespace Xml

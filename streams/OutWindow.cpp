@@ -6,6 +6,7 @@
 #include <ostream>
 #include <sstream>
 #include <typeinfo>
+#include <utility>
 
 #include "values/ByteClass.h"
 #include "values/References.h"
@@ -22,6 +23,7 @@ struct PutArea : std::streambuf {
     }
 };
 
+constexpr unsigned char kEndsRun = ByteClass::Special | ByteClass::LineFeed;
 constexpr std::ptrdiff_t kMostAtOnce = std::numeric_limits<int>::max();
 
 // Whether putting a byte that there is room for does nothing else.
@@ -69,58 +71,62 @@ void OutWindow::setPosition(int position) {
     takeBack();
 }
 
-void OutWindow::writeDataHolder(const DataHolder& text) {
-    if (mStream == nullptr) {
-        mOut.writeDataHolder(text);
-    } else {
-        putBytes(text.toCString(), static_cast<std::size_t>(text.getSize()));
-    }
-}
-
-void OutWindow::put(std::string_view text) {
-    for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
-        putInLine(text.substr(0, end));
-        put('\n');
-        text.remove_prefix(end + 1);
-    }
-    putInLine(text);
-}
-
+// Where all could be references and still fit, and no line ends, no more questions are asked.
 void OutWindow::putEscaped(std::string_view text) {
-    constexpr unsigned char kEndsRun = ByteClass::Special | ByteClass::LineFeed;
-    std::size_t begin = 0;
-    for (std::size_t end = 0; end < text.size(); ++end) {
-        if (!ByteClass::has(text[end], kEndsRun)) continue;
-        putInLine(text.substr(begin, end - begin));
-        if (text[end] == '\n') {
-            put('\n');
-        } else {
-            putInLine(stdReference(text[end]));
-        }
-        begin = end + 1;
+    constexpr std::size_t kLongestReference = 6;
+    if (mOut.mAtLineStart || text.size() > room() / kLongestReference) {
+        return putEscapedSlowly(text);
     }
-    putInLine(text.substr(begin));
+    char* next = mNext;
+    for (const char c : text) {
+        if (!ByteClass::has(c, kEndsRun)) {
+            *next++ = c;
+        } else if (c == '\n') {
+            return putEscapedSlowly(text);
+        } else {
+            const std::string_view reference = stdReference(c);
+            next = std::copy(reference.begin(), reference.end(), next);
+        }
+    }
+    mNext = next;
 }
 
-// Needs: no line feed in the text.
-void OutWindow::putInLine(std::string_view text) {
+void OutWindow::putEscapedSlowly(std::string_view text) {
+    while (!text.empty()) {
+        const auto* const special = std::find_if(text.begin(), text.end(), ByteClass::isSpecial);
+        const auto size = static_cast<std::size_t>(special - text.begin());
+        putSlowly(text.substr(0, size));
+        if (size == text.size()) return;
+        putSlowly(stdReference(*special));
+        text.remove_prefix(size + 1);
+    }
+}
+
+void OutWindow::putSlowly(std::string_view text) {
     if (mStream == nullptr) {
         for (const char c : text) mOut.put(c);
-    } else if (!text.empty()) {
-        if (mOut.mAtLineStart) putTabs();
-        putBytes(text.data(), text.size());
+        return;
+    }
+    while (!text.empty()) {
+        const std::size_t size = std::min(text.find('\n'), text.size());
+        if (size > 0) putTabs();
+        putBytes(text.data(), size);
+        if (size == text.size()) return;
+        mOut.mAtLineStart = true;
+        putBytes("\n", 1);
+        text.remove_prefix(size + 1);
     }
 }
 
 void OutWindow::putTabs() {
-    mOut.mAtLineStart = false;
+    if (!std::exchange(mOut.mAtLineStart, false)) return;
     for (int tab = 0; tab < mOut.mTabs; ++tab) putBytes("\t", 1);
 }
 
 // What the stream makes room for is asked for each time, its state and position, too: it may have
 // failed, and what is added to a file may go elsewhere than where it stood. One that makes no room
 // is left to itself.
-void OutWindow::putBeyond(const char* bytes, std::size_t count) {
+void OutWindow::putBytes(const char* bytes, std::size_t count) {
     const char* const end = bytes + count;
     while (mStream != nullptr) {
         const std::size_t fitting = std::min(static_cast<std::size_t>(end - bytes), room());

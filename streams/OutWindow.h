@@ -42,11 +42,12 @@ public:
 
 private:
     std::size_t room() const { return static_cast<std::size_t>(mEnd - mNext); }
-    void takeArea();
-    void putInLine(std::string_view text);
-    void putTabs();
+    bool beginsRun(std::size_t count);
+    void putSlowly(std::string_view text);
+    void putEscapedSlowly(std::string_view text);
     void putBytes(const char* bytes, std::size_t count);
-    void putBeyond(const char* bytes, std::size_t count);
+    void putTabs();
+    void takeArea();
 
     OutStream& mOut;
     std::ostream* mStream = nullptr;  ///< null where the stream's own operations are to be used
@@ -61,24 +62,42 @@ inline int OutWindow::getPosition() const {
     return mStartPosition < 0 ? -1 : static_cast<int>(mStartPosition + (mNext - mStart));
 }
 
-inline void OutWindow::put(char c) {
-    if (mStream == nullptr) {
-        mOut.put(c);
-        return;
-    }
-    if (c == '\n') {
-        mOut.mAtLineStart = true;
-    } else if (mOut.mAtLineStart) {
-        putTabs();
-    }
-    putBytes(&c, 1);
+// Whether there is room for so many bytes of a line; then the line is indented.
+inline bool OutWindow::beginsRun(std::size_t count) {
+    if (!mOut.mAtLineStart) return count <= room();
+    const auto tabs = static_cast<std::size_t>(mOut.mTabs);
+    if (count + tabs > room()) return false;
+    mOut.mAtLineStart = false;
+    mNext = std::fill_n(mNext, tabs, '\t');
+    return true;
 }
 
-inline void OutWindow::putBytes(const char* bytes, std::size_t count) {
-    if (count > room()) {
-        putBeyond(bytes, count);
+inline void OutWindow::put(char c) {
+    if (c == '\n' ? room() == 0 : !beginsRun(1)) return putSlowly({&c, 1});
+    if (c == '\n') mOut.mAtLineStart = true;
+    *mNext++ = c;
+}
+
+// Names and the like: too short for anything but to look at each byte.
+inline void OutWindow::put(std::string_view text) {
+    if (text.empty()) return;
+    if (!beginsRun(text.size())) return putSlowly(text);
+    char* next = mNext;
+    for (const char c : text) {
+        if (c == '\n') return putSlowly(text);
+        *next++ = c;
+    }
+    mNext = next;
+}
+
+inline void OutWindow::writeDataHolder(const DataHolder& text) {
+    const auto size = static_cast<std::size_t>(text.getSize());
+    if (size <= room()) {
+        mNext = std::copy_n(text.toCString(), size, mNext);
+    } else if (mStream == nullptr) {
+        mOut.writeDataHolder(text);
     } else {
-        mNext = std::copy_n(bytes, count, mNext);
+        putBytes(text.toCString(), size);
     }
 }
 

@@ -23,7 +23,6 @@ class Document;
 class Dtd;
 class Element;
 class OutStream;
-class OutWindow;
 
 /// The base of every node: its place in the tree, the DTD it is read against, and whether it
 /// changed since it was written.
@@ -362,6 +361,7 @@ private:
     friend class Validator;
 
     class Binder;
+    class Writer;
     struct WithoutChildren {};
 
     Element(const Element& other, WithoutChildren);
@@ -377,8 +377,6 @@ private:
     void holdAttribute(std::unique_ptr<Attribute> attribute);
     void insertAt(std::size_t place, Object* child);
     void dropUntrueMarks(Object* child);
-    bool writeStartTag(OutWindow& out) const;
-    void writeEndTag(OutWindow& out) const;
     bool hasOnlyElements() const;
 
     std::vector<Object*> mChildren;              ///< owned
