@@ -11,16 +11,17 @@ std::vector<int>::const_iterator InStream::LineStarts::firstNotBelow(int positio
     return std::lower_bound(mHighs.begin(), mHighs.end(), position, isBelow);
 }
 
+// Text is mostly read onwards, and what is read again is mostly the last of it.
 void InStream::LineStarts::add(int position) {
     const int place = static_cast<int>(mFound.size());
-    const auto high = firstNotBelow(position);
-    if (high == mHighs.end()) {
+    if (mHighs.empty() || mFound[static_cast<std::size_t>(mHighs.back())] < position) {
         mHighs.push_back(place);
-    } else if (mFound[static_cast<std::size_t>(*high)] == position ||
-               !mOthers.emplace(position, place).second) {
+        mFound.push_back(position);
         return;
     }
-    mFound.push_back(position);
+    const auto high = firstNotBelow(position);
+    if (mFound[static_cast<std::size_t>(*high)] == position) return;
+    if (mOthers.emplace(position, place).second) mFound.push_back(position);
 }
 
 // A position that is no line start counts to the last line, wherever it lies: deliberate, as
