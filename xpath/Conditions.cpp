@@ -27,9 +27,9 @@ void visitUntil(XPath::Axis axis, Object& node, const Visit& visit) {
     } else if (NodeAccess::isElement(node)) {
         const Element& element = static_cast<Element&>(node);
         if (axis == XPath::ChildAxis) {
-            const std::vector<Object*>& children = NodeAccess::childrenOf(element);
-            std::find_if(children.begin(), children.end(),
-                         [&visit](Object* child) { return visit(*child); });
+            for (Object* child : NodeAccess::childrenOf(element)) {
+                if (visit(*child)) return;
+            }
         } else if (const AttributeList* attributes = AttributeList::of(element)) {
             attributes->anyOf(visit);
         }
@@ -52,8 +52,7 @@ bool Conditions::add(const Expression& predicate) {
     const auto& operands = predicate.operands;
     if (!canDecide(predicate)) return false;
     if (operands.size() == 1) {
-        const Step& step = operands.front().steps.front();
-        mConditions.push_back({&step, NodeMatcher(step.test), false, {}, {}, false, {}});
+        mConditions.emplace_back(operands.front().steps.front());
         return true;
     }
     const XPath::ExpressionOperators op = predicate.folds.front().op;
@@ -66,17 +65,13 @@ bool Conditions::add(const Expression& predicate) {
 }
 
 void Conditions::add(const Operand& path, const Operand& value, XPath::ExpressionOperators op) {
-    const Step& step = path.steps.front();
+    Condition& condition = mConditions.emplace_back(path.steps.front());
     const bool isText = value.kind == Operand::Kind::Literal;
-    const bool isByBytes = isText && (op == XPath::Equal || op == XPath::NotEqual) &&
-                           equalsOnlyItself(value.literalKey);
-    mConditions.push_back({&step,
-                           NodeMatcher(step.test),
-                           true,
-                           op,
-                           isText ? Item::ofText(value.literalKey) : Item::ofNumber(value.number),
-                           isByBytes,
-                           {}});
+    condition.isComparison = true;
+    condition.op = op;
+    condition.value = isText ? Item::ofText(value.literalKey) : Item::ofNumber(value.number);
+    condition.isByBytes = isText && (op == XPath::Equal || op == XPath::NotEqual) &&
+                          equalsOnlyItself(value.literalKey);
 }
 
 bool Conditions::hold(Object& node) {

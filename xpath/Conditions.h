@@ -33,12 +33,14 @@ public:
 
 private:
     struct Condition {
+        explicit Condition(const Step& asked) : step(&asked), matches(asked.test) {}
+
         const Step* step;
         NodeMatcher matches;
-        bool isComparison;  ///< and so has the two below
-        XPath::ExpressionOperators op;
+        bool isComparison = false;  ///< and so has the two below
+        XPath::ExpressionOperators op{};
         Item value;
-        bool isByBytes;  ///< equality, and `value` a text that tells by its bytes what it equals
+        bool isByBytes = false;  ///< equality with a text that tells by its bytes what it equals
         Misses misses;
     };
 
