@@ -24,10 +24,10 @@ void addSelected(Fields& fields, Library& library, const std::string& name,
 
 void addQueries(Fields& fields, const Subject& subject) {
     const Queries& queries = subject.document.queries;
-    addSelected(fields, subject.library, "child path", queries.childPath);
-    addSelected(fields, subject.library, "descendants", queries.descendants);
-    addSelected(fields, subject.library, "attribute predicate", queries.attribute);
-    addSelected(fields, subject.library, "position predicate", queries.position);
+    addSelected(fields, subject.tested, "child path", queries.childPath);
+    addSelected(fields, subject.tested, "descendants", queries.descendants);
+    addSelected(fields, subject.tested, "attribute predicate", queries.attribute);
+    addSelected(fields, subject.tested, "position predicate", queries.position);
 }
 
 Answers answersOf(Library& library) {
@@ -45,15 +45,15 @@ bool writesTheSame(Library& library) {
 }
 
 bool readsTheSameFromFile(const Subject& subject) {
-    const Answers before = answersOf(subject.library);
-    subject.library.clear();
-    return subject.library.parseFile(subject.path) && answersOf(subject.library).isLike(before);
+    const Answers before = answersOf(subject.tested);
+    subject.tested.clear();
+    return subject.tested.parseFile(subject.path) && answersOf(subject.tested).isLike(before);
 }
 
 }  // namespace
 
 bool printAnswers(const Subject& subject) {
-    Library& library = subject.library;
+    Library& library = subject.tested;
     if (!library.parse(subject.text)) return false;
     Fields fields;
     if (!library.abilities().hasTree) return true;

@@ -25,15 +25,15 @@ bool printFirst(const Subject& subject) {
     const std::size_t inUse = bytesInUse();
     const std::size_t resident = residentBytes();
     const double start = cpuSeconds();
-    if (!subject.library.parse(subject.text)) return false;
+    if (!subject.tested.parse(subject.text)) return false;
     const double parsed = cpuSeconds();
     Fields fields;
-    if (subject.library.abilities().hasTree && subject.text.size() >= kLeastBytes) {
+    if (subject.tested.abilities().hasTree && subject.text.size() >= kLeastBytes) {
         fields.add("heap", bytesInUse() - inUse);
         fields.add("peak", peakBytes() - resident);
     }
     const double again = cpuSeconds();
-    subject.library.clear();
+    subject.tested.clear();
     fields.add("first parse", parsed - start + cpuSeconds() - again);
     return true;
 }

@@ -10,7 +10,7 @@
 namespace Bench {
 
 struct Subject {
-    Library& library;
+    Library& tested;
     const DocumentInfo& document;
     std::string path;
     std::string text;  ///< what stands in the file
@@ -18,7 +18,7 @@ struct Subject {
 
 /// Whether the library can write the document.
 inline bool hasOutput(const Subject& subject) {
-    return subject.library.abilities().hasOutput && subject.document.use == Use::All;
+    return subject.tested.abilities().hasOutput && subject.document.use == Use::All;
 }
 
 /// Prints what the library finds, in JSON, for comparison with others. False when it refuses the

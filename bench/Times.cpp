@@ -21,23 +21,23 @@ using Operation = void (*)(State&, const Subject&);
 
 void timeParse(State& state, const Subject& subject) {
     for (auto _ : state) {
-        subject.library.parse(subject.text);
-        subject.library.clear();
+        subject.tested.parse(subject.text);
+        subject.tested.clear();
     }
 }
 
 void timeParseAgain(State& state, const Subject& subject) {
     keepFreedMemory(true);
-    subject.library.parse(subject.text);
-    subject.library.clear();
+    subject.tested.parse(subject.text);
+    subject.tested.clear();
     timeParse(state, subject);
     keepFreedMemory(false);
 }
 
 void timeParseFile(State& state, const Subject& subject) {
     for (auto _ : state) {
-        subject.library.parseFile(subject.path);
-        subject.library.clear();
+        subject.tested.parseFile(subject.path);
+        subject.tested.clear();
     }
 }
 
@@ -49,25 +49,25 @@ void walkOnce(Library& library) {
 
 void timeParseAndWalk(State& state, const Subject& subject) {
     for (auto _ : state) {
-        subject.library.parse(subject.text);
-        walkOnce(subject.library);
-        subject.library.clear();
+        subject.tested.parse(subject.text);
+        walkOnce(subject.tested);
+        subject.tested.clear();
     }
 }
 
 void timeFree(State& state, const Subject& subject) {
     for (auto _ : state) {
         state.PauseTiming();
-        subject.library.parse(subject.text);
+        subject.tested.parse(subject.text);
         state.ResumeTiming();
-        subject.library.clear();
+        subject.tested.clear();
     }
 }
 
 // The rest works on a document that is there.
 class Parsed {
 public:
-    explicit Parsed(const Subject& subject) : mLibrary(subject.library) {
+    explicit Parsed(const Subject& subject) : mLibrary(subject.tested) {
         mLibrary.parse(subject.text);
     }
     ~Parsed() { mLibrary.clear(); }
@@ -80,18 +80,18 @@ private:
 
 void timeWalk(State& state, const Subject& subject) {
     const Parsed parsed(subject);
-    for (auto _ : state) walkOnce(subject.library);
+    for (auto _ : state) walkOnce(subject.tested);
 }
 
 void timeWrite(State& state, const Subject& subject) {
     const Parsed parsed(subject);
-    for (auto _ : state) benchmark::DoNotOptimize(subject.library.writeToMemory());
+    for (auto _ : state) benchmark::DoNotOptimize(subject.tested.writeToMemory());
 }
 
 void timeWriteFile(State& state, const Subject& subject) {
     const Parsed parsed(subject);
     const std::string path = subject.path + ".written";
-    for (auto _ : state) subject.library.writeFile(path);
+    for (auto _ : state) subject.tested.writeFile(path);
     std::remove(path.c_str());
 }
 
@@ -99,15 +99,15 @@ void timeValidate(State& state, const Subject& subject) {
     const Parsed parsed(subject);
     for (auto _ : state) {
         state.PauseTiming();
-        subject.library.prepareValidation();
+        subject.tested.prepareValidation();
         state.ResumeTiming();
-        benchmark::DoNotOptimize(subject.library.validate());
+        benchmark::DoNotOptimize(subject.tested.validate());
     }
 }
 
 void timeSelect(State& state, const Subject& subject, const std::string& expression) {
     const Parsed parsed(subject);
-    for (auto _ : state) benchmark::DoNotOptimize(subject.library.select(expression));
+    for (auto _ : state) benchmark::DoNotOptimize(subject.tested.select(expression));
 }
 
 benchmark::internal::Benchmark* add(const char* name, Operation operation, const Subject& subject) {
@@ -129,7 +129,7 @@ void addTreeOperations(const Subject& subject) {
         add("write", timeWrite, subject);
         add("write file", timeWriteFile, subject);
     }
-    if (subject.library.abilities().hasQueries) {
+    if (subject.tested.abilities().hasQueries) {
         const Queries& queries = subject.document.queries;
         addQuery("child path", subject, queries.childPath);
         addQuery("descendants", subject, queries.descendants);
@@ -141,24 +141,24 @@ void addTreeOperations(const Subject& subject) {
 void addReading(const Subject& subject) {
     add("parse", timeParse, subject);
     add("parse again", timeParseAgain, subject);
-    if (subject.library.abilities().hasFiles) add("parse file", timeParseFile, subject);
+    if (subject.tested.abilities().hasFiles) add("parse file", timeParseFile, subject);
 }
 
 void addOperations(const Subject& subject) {
     const Use use = subject.document.use;
     if (use == Use::Validation) {
-        if (subject.library.abilities().hasValidation) add("validate", timeValidate, subject);
+        if (subject.tested.abilities().hasValidation) add("validate", timeValidate, subject);
         return;
     }
     addReading(subject);
-    if (use != Use::Reading && subject.library.abilities().hasTree) addTreeOperations(subject);
+    if (use != Use::Reading && subject.tested.abilities().hasTree) addTreeOperations(subject);
 }
 
 }  // namespace
 
 bool runTimes(const Subject& subject, int argc, char** argv) {
-    if (!subject.library.parse(subject.text)) return false;
-    subject.library.clear();
+    if (!subject.tested.parse(subject.text)) return false;
+    subject.tested.clear();
     addOperations(subject);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
