@@ -1,92 +1,92 @@
 #include "dom/AttributeList.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
+
+#include "values/Pool.h"
 
 namespace Xml {
 namespace {
 
-constexpr std::size_t kMostInBlock = 256;
+constexpr std::uint32_t kMostInOnePiece = 128;
 
 }  // namespace
 
-AttributeList::Place AttributeList::placeOf(const std::string& name) const {
-    const auto endsBefore = [](const Block& block, const std::string& wanted) {
-        return block.back()->heldName() < wanted;
-    };
-    const auto isBefore = [](const std::unique_ptr<Attribute>& attribute,
-                             const std::string& wanted) { return attribute->heldName() < wanted; };
-    const auto block = std::lower_bound(mBlocks.begin(), mBlocks.end(), name, endsBefore);
-    const auto number = static_cast<std::size_t>(block - mBlocks.begin());
-    if (block == mBlocks.end()) {
-        return number == 0 ? Place{0, 0} : Place{number - 1, mBlocks.back().size()};
-    }
-    const auto place = std::lower_bound(block->begin(), block->end(), name, isBefore);
-    return {number, static_cast<std::size_t>(place - block->begin())};
+AttributeList::~AttributeList() {
+    for (std::uint32_t i = 0; i < mSize; ++i) delete mItems[i];
+    freeItems();
 }
 
-AttributeList::Place AttributeList::placeOf(int index) const {
-    Place place{0, static_cast<std::size_t>(index)};
-    while (place.index >= mBlocks[place.block].size()) {
-        place.index -= mBlocks[place.block++].size();
-    }
-    return place;
-}
+void* AttributeList::operator new(std::size_t size) { return Pool::allocate(size); }
 
-bool AttributeList::holds(const Place& place, const std::string& name) const {
-    return place.block < mBlocks.size() && place.index < mBlocks[place.block].size() &&
-           mBlocks[place.block][place.index]->heldName() == name;
+void AttributeList::operator delete(void* list, std::size_t size) noexcept {
+    Pool::release(list, size);
 }
 
 Attribute* AttributeList::find(const std::string& name) const {
-    const Place place = placeOf(name);
-    return holds(place, name) ? mBlocks[place.block][place.index].get() : nullptr;
-}
-
-Attribute& AttributeList::at(int index) const {
-    const Place place = placeOf(index);
-    return *mBlocks[place.block][place.index];
+    if (mBlocks) return mBlocks->find(name);
+    const std::uint32_t place = placeOf(name);
+    return holds(place, name) ? mItems[place] : nullptr;
 }
 
 void AttributeList::insert(std::unique_ptr<Attribute> attribute) {
-    const Place place = placeOf(attribute->heldName());
-    if (mBlocks.empty()) {
-        Block first;
-        first.push_back(std::move(attribute));
-        mBlocks.push_back(std::move(first));
-        mSize = 1;
-        return;
-    }
-    Block& block = mBlocks[place.block];
-    block.insert(block.begin() + static_cast<std::ptrdiff_t>(place.index), std::move(attribute));
+    if (mSize == kMostInOnePiece) moveToBlocks();
+    if (mBlocks) return mBlocks->insert(std::move(attribute));
+    const std::uint32_t place = placeOf(attribute->heldName());
+    if (mSize == mCapacity) reserve(std::min(mSize + 1 + mSize / 2, kMostInOnePiece));
+    std::copy_backward(mItems + place, mItems + mSize, mItems + mSize + 1);
+    mItems[place] = attribute.release();
     ++mSize;
-    if (block.size() > kMostInBlock) splitBlock(place.block);
 }
 
-void AttributeList::splitBlock(std::size_t block) {
-    mBlocks.reserve(mBlocks.size() + 1);
-    Block& full = mBlocks[block];
-    const auto middle = full.begin() + static_cast<std::ptrdiff_t>(full.size() / 2);
-    Block second(std::make_move_iterator(middle), std::make_move_iterator(full.end()));
-    full.erase(middle, full.end());
-    mBlocks.insert(mBlocks.begin() + static_cast<std::ptrdiff_t>(block) + 1, std::move(second));
+void AttributeList::erase(int index) {
+    if (mBlocks) return mBlocks->erase(index);
+    delete mItems[index];
+    std::copy(mItems + index + 1, mItems + mSize, mItems + index);
+    --mSize;
 }
-
-void AttributeList::erase(int index) { erase(placeOf(index)); }
 
 bool AttributeList::erase(const std::string& name) {
-    const Place place = placeOf(name);
+    if (mBlocks) return mBlocks->erase(name);
+    const std::uint32_t place = placeOf(name);
     if (!holds(place, name)) return false;
-    erase(place);
+    erase(static_cast<int>(place));
     return true;
 }
 
-void AttributeList::erase(const Place& place) {
-    Block& block = mBlocks[place.block];
-    block.erase(block.begin() + static_cast<std::ptrdiff_t>(place.index));
-    if (block.empty()) mBlocks.erase(mBlocks.begin() + static_cast<std::ptrdiff_t>(place.block));
-    --mSize;
+void AttributeList::reserve(std::size_t count) {
+    if (count <= mCapacity || count > kMostInOnePiece) return;
+    const std::size_t bytes = Pool::usableSize(count * sizeof(Attribute*));
+    auto* moved = static_cast<Attribute**>(Pool::allocate(bytes));
+    std::copy(mItems, mItems + mSize, moved);
+    freeItems();
+    mItems = moved;
+    mCapacity = static_cast<std::uint32_t>(bytes / sizeof(Attribute*));
+}
+
+// Where the attribute is, or would be inserted.
+std::uint32_t AttributeList::placeOf(const std::string& name) const {
+    const auto isBefore = [](const Attribute* attribute, const std::string& wanted) {
+        return attribute->heldName() < wanted;
+    };
+    Attribute* const* place = std::lower_bound(mItems, mItems + mSize, name, isBefore);
+    return static_cast<std::uint32_t>(place - mItems);
+}
+
+bool AttributeList::holds(std::uint32_t place, const std::string& name) const {
+    return place < mSize && mItems[place]->heldName() == name;
+}
+
+void AttributeList::moveToBlocks() {
+    mBlocks = std::make_unique<AttributeBlocks>(mItems, mSize);
+    mSize = 0;
+    freeItems();
+}
+
+void AttributeList::freeItems() noexcept {
+    Pool::release(static_cast<void*>(mItems), mCapacity * sizeof(Attribute*));
+    mItems = nullptr;
+    mCapacity = 0;
 }
 
 }  // namespace Xml

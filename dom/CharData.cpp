@@ -1,3 +1,4 @@
+#include <cstring>
 #include <utility>
 
 #include "VexXml/Dom.h"
@@ -16,6 +17,8 @@ CharData::CharData() = default;
 CharData::CharData(const DataHolder& text) : mData(text) { insertStdEntities(mData); }
 
 CharData::CharData(const Entity& entity) : mData(entity.toString()) {}
+
+CharData::CharData(const char* escapedText, std::size_t size) : mData(escapedText, size) {}
 
 CharData::CharData(const CharData& other) : Object(other), mData(other.mData) {}
 
@@ -43,15 +46,23 @@ Object* CharData::clone() const { return new CharData(*this); }
 
 const std::string& CharData::toString() const {
     const std::string text = getData();
-    return mPlainText->text = text;
+    return plainText().text = text;
 }
 
 bool CharData::isCharData() const { return true; }
 
+// A text without references is plain as it stands.
 const DataHolder& CharData::getData() const {
+    const auto size = static_cast<std::size_t>(mData.getSize());
+    if (std::memchr(mData.toCString(), '&', size) == nullptr) return mData;
+    DataHolder& plain = plainText().data;
+    plain = mData;
+    return replaceEntities(plain, mDtd);
+}
+
+CharData::PlainText& CharData::plainText() const {
     if (!mPlainText) mPlainText = std::make_unique<PlainText>();
-    mPlainText->data = mData;
-    return replaceEntities(mPlainText->data, mDtd);
+    return *mPlainText;
 }
 
 void CharData::getData(DataHolder* out) const { *out = getData(); }

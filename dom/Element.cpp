@@ -1,12 +1,30 @@
 #include <algorithm>
-#include <typeinfo>
 #include <utility>
 
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
 #include "dom/AttributeList.h"
+#include "dom/Exactly.h"
+#include "values/Pool.h"
 
 namespace Xml {
+
+namespace {
+
+// A tree that was built from its beginning to its end mostly lies so in memory. Processors foresee
+// that something goes through it forwards, but hardly backwards.
+void prefetchBefore(const Object& node) {
+    constexpr int kDistance = 1024;
+    __builtin_prefetch(reinterpret_cast<const char*>(&node) - kDistance);
+}
+
+// What `delete` does, for a node of just that class.
+void destroyExactly(CharData* text) {
+    text->CharData::~CharData();
+    Pool::release(text, sizeof *text);
+}
+
+}  // namespace
 
 template <class Visit>
 void Element::forEachAttribute(const Visit& visit) const {
@@ -19,6 +37,11 @@ Element::Element(const std::string& name, const DataHolder& text) : Element(name
     auto child = std::make_unique<CharData>(text);
     addChild(child.get());
     child.release();
+}
+
+// Touched, as setting its name would do.
+Element::Element(Detail::NodeName name, WithoutChildren) : mName(std::move(name)) {
+    mPathTouched = true;
 }
 
 Element::Element(const Element& other, WithoutChildren) : Object(other), mName(other.mName) {
@@ -51,18 +74,18 @@ Element::Element(const Element& other) : Element(other, WithoutChildren()) {
         ++open.back().next;
         const Object& child = *source->mChildren[next];
         copy->holdCopyOf(child);
-        if (typeid(child) != typeid(Element)) continue;
+        if (!isExactly<Element>(child)) continue;
         open.push_back({child.toElement(), copy->mChildren.back()->toElement(), 0});
     }
 }
 
 // An element is copied without its children. One of a class that a caller derived copies itself.
 void Element::holdCopyOf(const Object& child) {
-    makeRoomForChild();
-    mChildren.push_back(typeid(child) == typeid(Element)
-                            ? new Element(static_cast<const Element&>(child), WithoutChildren())
-                            : child.clone());
-    Object* copy = mChildren.back();
+    mChildren.makeRoom();
+    Object* copy = isExactly<Element>(child)
+                       ? new Element(static_cast<const Element&>(child), WithoutChildren())
+                       : child.clone();
+    mChildren.insert(mChildren.size(), copy);
     copy->linkTo(this);
     if (copy->mDtd != nullptr || !copy->mSubtreeBound) copy->forgetBoundAbove();
 }
@@ -120,7 +143,10 @@ void Element::destroyChildren() {
         }
         Object* child = node->mChildren.back();
         node->mChildren.pop_back();
-        if (child->isElement()) {
+        prefetchBefore(*child);
+        if (isExactly<CharData>(*child)) {
+            destroyExactly(static_cast<CharData*>(child));
+        } else if (child->isElement()) {
             child->mParent = node;
             node = child->toElement();
         } else {
@@ -171,9 +197,9 @@ private:
         while (here.next < children.size()) {
             Object* child = children[here.next++];
             here.areBound = here.areBound && child->mIsHeld && child->mParent == here.element;
-            if (&typeid(*child) == &typeid(CharData)) {
+            if (isExactly<CharData>(*child)) {
                 child->Object::setDtd(mDtd);
-            } else if (typeid(*child) != typeid(Element)) {
+            } else if (!isExactly<Element>(*child)) {
                 child->setDtd(mDtd);
                 mHasOthers = true;
             } else if (!child->isWhollyBoundTo(mDtd)) {
@@ -224,24 +250,21 @@ bool Element::hasBoundChildren() const {
 Object* Element::clone() const { return new Element(*this); }
 
 const std::string& Element::toString() const {
-    if (!mText) mText = std::make_unique<std::string>();
-    *mText = mName;
-    forEachAttribute([this](const Attribute& attribute) {
-        if (attribute.isOk()) *mText += ' ' + attribute.text();
+    std::string text = getName();
+    forEachAttribute([&text](const Attribute& attribute) {
+        if (attribute.isOk()) text += ' ' + attribute.text();
     });
-    return *mText;
+    return mName.ownTexts().shown = std::move(text);
 }
 
 bool Element::isElement() const { return true; }
-
-const std::string& Element::getName() const { return mName; }
 
 void Element::setName(const std::string& name) {
     if (!isName(name)) {
         Message("<Element::setName> not a valid name " + name);
         return;
     }
-    mName = name;
+    mName = Detail::NodeName(name);
     touch();
 }
 
@@ -261,18 +284,13 @@ void Element::insertChild(const Object* before, Object* child) {
 
 // What can fail comes first: the child is the element's only once it is among its children.
 void Element::insertAt(std::size_t place, Object* child) {
-    makeRoomForChild();
+    mChildren.makeRoom();
     child->setDtd(mDtd);
-    mChildren.insert(mChildren.begin() + static_cast<std::ptrdiff_t>(place), child);
+    mChildren.insert(place, child);
     child->linkTo(this);
     if (!child->isWhollyBoundTo(mDtd)) child->forgetBoundAbove();
     touch();
     dropUntrueMarks(child);
-}
-
-void Element::makeRoomForChild() {
-    if (mChildren.size() < mChildren.capacity()) return;
-    mChildren.reserve(std::max<std::size_t>(4, 2 * mChildren.size()));
 }
 
 // A new child may bring marks along that its place here does not bear out.
@@ -288,7 +306,7 @@ Object* Element::extractChild(Object* child) {
 Object* Element::extractChild(int index) {
     Object* child = getChild(index);
     if (child == nullptr) return nullptr;
-    mChildren.erase(mChildren.begin() + index);
+    mChildren.erase(static_cast<std::size_t>(index));
     touch();
     child->linkTo(nullptr);
     child->setDtd(nullptr);
@@ -339,9 +357,9 @@ void Element::setCharData(const DataHolder& text) {
             delete mChildren[i++];
             if (i == mChildren.size()) break;
         }
-        mChildren[kept++] = mChildren[i];
+        mChildren.replace(kept++, mChildren[i]);
     }
-    mChildren.resize(kept);
+    mChildren.truncate(kept);
     addChild(replacement.get());
     replacement.release();
 }

@@ -56,15 +56,6 @@ bool Element::isChild(const Object* node) const {
     return std::find(mChildren.begin(), mChildren.end(), node) != mChildren.end();
 }
 
-const Object* Element::getChild(int index) const {
-    if (index < 0 || index >= getChildCount()) return nullptr;
-    return mChildren[static_cast<std::size_t>(index)];
-}
-
-Object* Element::getChild(int index) { return mutableNode(std::as_const(*this).getChild(index)); }
-
-int Element::getChildCount() const { return static_cast<int>(mChildren.size()); }
-
 const Element* Element::getElement(int index) const {
     if (index < 0) return nullptr;
     return nthChildElement(*this, index, [](const Element&) { return true; });
@@ -95,8 +86,8 @@ int Element::getAttributeCount() const { return mAttributes ? mAttributes->size(
 
 const DataHolder& Element::getAttributeValue(const std::string& name) const {
     if (const Attribute* attribute = getAttribute(name)) return attribute->getValue();
-    if (mDtd != nullptr && mDtd->hasDefaultValue(mName, name)) {
-        return mDtd->getDefaultValue(mName, name);
+    if (mDtd != nullptr && mDtd->hasDefaultValue(getName(), name)) {
+        return mDtd->getDefaultValue(getName(), name);
     }
     return emptyText();
 }
@@ -108,7 +99,8 @@ const DataHolder& Element::getCharData() const {
 }
 
 const Element* Element::getElement(const std::string& name, int index) const {
-    return nthChildElement(*this, index, [&](const Element& child) { return child.mName == name; });
+    return nthChildElement(*this, index,
+                           [&](const Element& child) { return child.getName() == name; });
 }
 
 Element* Element::getElement(const std::string& name, int index) {
@@ -141,7 +133,7 @@ void Element::setElementCharData(const std::string& name, const DataHolder& text
 
 const Element* Element::findElement(const std::string& name, int index) const {
     return nthDescendant(*this, index,
-                         [&](const Element& element) { return element.mName == name; });
+                         [&](const Element& element) { return element.getName() == name; });
 }
 
 Element* Element::findElement(const std::string& name, int index) {

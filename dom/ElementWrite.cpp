@@ -1,8 +1,9 @@
 #include <algorithm>
-#include <typeinfo>
+#include <vector>
 
 #include "VexXml/Dom.h"
 #include "dom/AttributeList.h"
+#include "dom/Exactly.h"
 #include "streams/OutWindow.h"
 
 namespace Xml {
@@ -66,9 +67,9 @@ private:
         const auto& children = here.element->mChildren;
         while (here.next < children.size()) {
             Object* child = children[here.next++];
-            if (&typeid(*child) == &typeid(Element)) {
+            if (isExactly<Element>(*child)) {
                 if (writeStart(*static_cast<Element*>(child))) return static_cast<Element*>(child);
-            } else if (&typeid(*child) == &typeid(CharData)) {
+            } else if (isExactly<CharData>(*child)) {
                 writeText(*static_cast<CharData*>(child));
             } else {
                 mOut.release();
@@ -144,7 +145,7 @@ void Element::write(OutStream& out) const { Writer(out).write(*this); }
 bool Element::hasOnlyElements() const {
     return !mChildren.empty() &&
            std::none_of(mChildren.begin(), mChildren.end(), [](const Object* child) {
-               return &typeid(*child) != &typeid(Element) && child->isCharData();
+               return !isExactly<Element>(*child) && child->isCharData();
            });
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "VexXml/Dom.h"
 
@@ -14,11 +13,9 @@ public:
     static bool isAttribute(const Object& node) { return node.isAttribute(); }
     static bool isCharData(const Object& node) { return node.isCharData(); }
 
-    static const std::string& nameOf(const Element& element) { return element.mName; }
-    static const std::string& nameOf(const Attribute& attribute) { return attribute.mName; }
-    static const std::vector<Object*>& childrenOf(const Element& element) {
-        return element.mChildren;
-    }
+    static const std::string& nameOf(const Element& element) { return element.getName(); }
+    static const std::string& nameOf(const Attribute& attribute) { return attribute.getName(); }
+    static const Detail::ChildList& childrenOf(const Element& element) { return element.mChildren; }
     static const DataHolder& valueOf(const Attribute& attribute) { return attribute.mValue; }
     /// The escaped text.
     static const DataHolder& textOf(const CharData& text) { return text.mData; }

@@ -1,9 +1,10 @@
-#include <typeinfo>
 #include <vector>
 
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
 #include "VexXml/Streams.h"
+#include "dom/Exactly.h"
+#include "values/Pool.h"
 
 namespace Xml {
 namespace {
@@ -25,6 +26,18 @@ Node* checkedCast(Base* node, bool isOfKind, const char* complaint) {
 }
 
 }  // namespace
+
+void* Object::operator new(std::size_t size) { return Pool::allocate(size); }
+
+void* Object::operator new(std::size_t size, std::align_val_t alignment) {
+    return ::operator new(size, alignment);
+}
+
+void Object::operator delete(void* node, std::size_t size) noexcept { Pool::release(node, size); }
+
+void Object::operator delete(void* node, std::size_t, std::align_val_t alignment) noexcept {
+    ::operator delete(node, alignment);
+}
 
 Object::Object() = default;
 
@@ -80,7 +93,7 @@ bool Object::isPathTouched() const { return mTouched && mDtd == nullptr && mPath
 // Whether writing and binding the parent does so to this node too. What an element of a class that
 // a caller derived does cannot be known.
 bool Object::followsParent() const {
-    return mIsHeld && (typeid(*mParent) == typeid(Element) || mParent->isDocument());
+    return mIsHeld && (isExactly<Element>(*mParent) || mParent->isDocument());
 }
 
 // Stops where all the rest is known to be touched already, so that building a deep tree from the

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <deque>
 #include <queue>
-#include <vector>
 
 #include "VexXml/Dom.h"
 
@@ -13,12 +12,12 @@ namespace Xml {
 /// holds. They are read in place and must outlive this view.
 class Children {
 public:
-    explicit Children(const std::vector<Object*>& nodes) : mVector(&nodes) {}
+    Children(Object* const* nodes, std::size_t count) : mNodes(nodes), mCount(count) {}
     explicit Children(const std::queue<Object*>& nodes) : mDeque(&Queue::nodesOf(nodes)) {}
 
-    std::size_t size() const { return mVector != nullptr ? mVector->size() : mDeque->size(); }
+    std::size_t size() const { return mDeque == nullptr ? mCount : mDeque->size(); }
     Object& operator[](std::size_t index) const {
-        return mVector != nullptr ? *(*mVector)[index] : *(*mDeque)[index];
+        return mDeque == nullptr ? *mNodes[index] : *(*mDeque)[index];
     }
 
 private:
@@ -29,7 +28,8 @@ private:
         }
     };
 
-    const std::vector<Object*>* mVector = nullptr;
+    Object* const* mNodes = nullptr;
+    std::size_t mCount = 0;
     const std::deque<Object*>* mDeque = nullptr;
 };
 

@@ -9,7 +9,9 @@
 
 namespace Xml {
 
-Validator::Validator(const std::vector<Object*>& children) { open(Children(children)); }
+Validator::Validator(const std::vector<Object*>& children) {
+    open(Children(children.data(), children.size()));
+}
 
 Validator::Validator(const std::queue<Object*>& pending) { open(Children(pending)); }
 
@@ -49,21 +51,23 @@ void Validator::finish(bool verdict) {
 // verdict.
 
 void Validator::enter(Element& element, const Dtd& dtd) {
-    open(Children(element.mChildren));
+    const Detail::ChildList& children = element.mChildren;
+    open(Children(children.begin(), children.size()));
     mFrames.emplace_back(ElementFrame{&element, &dtd, false});
     mVerdict = false;
     const auto declared = dtd.mElementDecls.find(element.getName());
-    if (declared != dtd.mElementDecls.end()) enter(*declared->second, element.mChildren);
+    if (declared != dtd.mElementDecls.end()) enter(*declared->second, children);
 }
 
-void Validator::enter(const ContentSpec& model, std::vector<Object*>& children) {
+void Validator::enter(const ContentSpec& model, const Detail::ChildList& children) {
     if (typeid(model) == typeid(ChildrenSpec)) {
         std::get<ElementFrame>(mFrames.back()).mustBeTaken = true;
         enter(static_cast<const ChildrenSpec&>(model));
     } else if (typeid(model) == typeid(MixedSpec)) {
         mFrames.emplace_back(MixedFrame{&static_cast<const MixedSpec&>(model), false});
     } else {
-        mVerdict = model.validate(&children);
+        std::vector<Object*> nodes(children.begin(), children.end());
+        mVerdict = model.validate(&nodes);
     }
 }
 

@@ -95,7 +95,7 @@ private:
     void finish(bool verdict);
 
     void enter(Element& element, const Dtd& dtd);
-    void enter(const ContentSpec& model, std::vector<Object*>& children);
+    void enter(const ContentSpec& model, const Detail::ChildList& children);
     void enter(const ChildrenSpec& node);
     void enter(const CpSpec* particle);
     void enter(const NameSpec& particle);

@@ -4,7 +4,6 @@ namespace Xml {
 
 /// What was read of the content of an element.
 enum class ElementContent : int {
-    Unread,           ///< nothing, and nothing has changed
     Failed,           ///< a mistake
     Leaf,             ///< character data, a comment or a processing instruction, wholly dealt with
     StartTag,         ///< of a child

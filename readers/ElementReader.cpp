@@ -1,7 +1,7 @@
 #include <utility>
-#include <vector>
 
 #include "VexXml/Readers.h"
+#include "dom/TreeBuilder.h"
 #include "readers/CopyOf.h"
 #include "readers/ElementContent.h"
 #include "readers/ElementScanner.h"
@@ -9,14 +9,6 @@
 #include "streams/TextWindow.h"
 
 namespace Xml {
-namespace {
-
-void adopt(Element& parent, std::unique_ptr<Element>& child) {
-    parent.addChild(child.get());
-    child.release();
-}
-
-}  // namespace
 
 ElementReader::ElementReader(Dtd* dtd) : mDtd(dtd) {}
 
@@ -40,41 +32,38 @@ Element* ElementReader::extractRoot() { return mElement.release(); }
 // element ::= EmptyElemTag | STag content ETag
 //
 // All elements inside are read by one more reader, in turn: documents may nest deeper than the call
-// stack. Invariant: the elements of `open` have their start tags read and their end tags not; each
-// belongs into the one before it, the first into the element of this reader.
+// stack. This reader reports mistakes in its own element, that one those further inside.
 bool ElementReader::parse(InStream& in) {
     mElement.reset();
-    ElementContent content = readStartTag(in);
-    if (content != ElementContent::StartTag) return content != ElementContent::Failed;
+    const ElementContent tag = readStartTag(in);
+    if (tag != ElementContent::StartTag) return tag != ElementContent::Failed;
     ElementReader inner(mDtd);
     TextWindow window(in);
-    ElementScanner scanner(window, mDtd);
-    std::vector<std::unique_ptr<Element>> open;
-    const auto innermost = [&]() -> Element& { return open.empty() ? *mElement : *open.back(); };
-    for (;;) {
-        content = scanner.read(innermost(), inner.mElement);
-        if (content == ElementContent::Unread) {
-            if (window.grow()) continue;
-            window.handOver();
-            ElementReader& reader = open.empty() ? *this : inner;
-            content = reader.readContent(in, innermost(), inner);
-            if (content == ElementContent::Failed) {
-                setMessage(reader.getErrorMessage());
-                return false;
-            }
-            window.takeBack();
+    TreeBuilder tree(*mElement, mDtd);
+    ElementScanner scanner(window, tree);
+    for (scanner.read(); !tree.isComplete(); scanner.read()) {
+        if (window.grow()) continue;
+        window.handOver();
+        ElementReader& reader = tree.isAtRoot() ? *this : inner;
+        if (!reader.readNext(in, tree, inner)) {
+            setMessage(reader.getErrorMessage());
+            tree.abandon();
+            return false;
         }
-        if (content == ElementContent::StartTag) open.push_back(std::move(inner.mElement));
-        if (content == ElementContent::EmptyElementTag) adopt(innermost(), inner.mElement);
-        if (content != ElementContent::EndTag) continue;
-        if (open.empty()) {
-            window.handOver();
-            return true;
-        }
-        std::unique_ptr<Element> child = std::move(open.back());
-        open.pop_back();
-        adopt(innermost(), child);
+        window.takeBack();
     }
+    window.handOver();
+    return true;
+}
+
+// Reads one piece of content into the tree; of a child element `inner` reads the start tag.
+bool ElementReader::readNext(InStream& in, TreeBuilder& tree, ElementReader& inner) {
+    tree.settle();
+    const ElementContent content = readContent(in, tree.innermost(), inner);
+    if (content == ElementContent::StartTag) tree.beginElement(std::move(inner.mElement));
+    if (content == ElementContent::EmptyElementTag) tree.addElement(std::move(inner.mElement));
+    if (content == ElementContent::EndTag) tree.endElement();
+    return content != ElementContent::Failed;
 }
 
 // STag ::= '<' Name Attribute* '>'      EmptyElemTag ::= '<' Name Attribute* '/>'

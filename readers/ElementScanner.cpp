@@ -7,32 +7,28 @@
 
 namespace Xml {
 
-// Behind the last byte of the window stands a NUL, which is neither white space nor part of a name,
-// so no scan runs out of it.
-ElementContent ElementScanner::read(Element& parent, std::unique_ptr<Element>& child) {
-    const std::size_t first = skipWhite(mWindow.position());
-    ElementContent found = ElementContent::Unread;
-    if (mWindow[first] != '<') {
-        if (readCharData(parent, first)) found = ElementContent::Leaf;
-    } else if (mWindow[first + 1] == '/') {
-        if (readEndTag(parent, first + 1)) found = ElementContent::EndTag;
-    } else {
-        found = readStartTag(first, child);
+void ElementScanner::read() {
+    while (!mTree.isComplete() && readNext()) {
     }
-    return found;
+}
+
+// Behind the last byte of the window stands a NUL, which is neither white space nor part of a name,
+// so no scan runs out of it. False when nothing was read and nothing has changed.
+bool ElementScanner::readNext() {
+    const std::size_t first = skipWhite(mWindow.position());
+    if (mWindow[first] != '<') return readCharData(first);
+    if (mWindow[first + 1] == '/') return readEndTag(first + 1);
+    return readStartTag(first);
 }
 
 // The stream looks at the first token of the text, and then reads the text from its beginning, the
 // white space in front of it included.
-bool ElementScanner::readCharData(Element& parent, std::size_t first) {
+bool ElementScanner::readCharData(std::size_t first) {
     const std::size_t begin = mWindow.position();
     const std::size_t end = mWindow.find('<', first);
     if (end == mWindow.size() || !passOverLookAhead(first)) return false;
     mWindow.passOver(begin, end + 1);
-    auto text = std::make_unique<CharData>();
-    text->data().append(mWindow.at(begin), static_cast<int>(end - begin));
-    parent.addChild(text.get());
-    text.release();
+    mTree.addCharData(mWindow.at(begin), end - begin);
     mWindow.moveTo(end);
     return true;
 }
@@ -57,8 +53,8 @@ bool ElementScanner::passOverLookAhead(std::size_t first) {
 }
 
 // ETag ::= '</' Name '>'
-bool ElementScanner::readEndTag(const Element& element, std::size_t slash) {
-    const std::string& name = element.getName();
+bool ElementScanner::readEndTag(std::size_t slash) {
+    const std::string& name = mTree.innermost().getName();
     const std::size_t begin = skipWhite(slash + 1);
     const std::size_t end = begin + name.size();
     if (end >= mWindow.size() || std::memcmp(mWindow.at(begin), name.data(), name.size()) != 0) {
@@ -70,25 +66,30 @@ bool ElementScanner::readEndTag(const Element& element, std::size_t slash) {
     mWindow.passOver(slash + 1, end + 1);
     mWindow.passOver(end, close + 1);
     mWindow.moveTo(close + 1);
+    mTree.endElement();
     return true;
 }
 
 // STag ::= '<' Name Attribute* '>'      EmptyElemTag ::= '<' Name Attribute* '/>'
 //
 // The stream looks at the "<" and the byte behind it, and then reads the tag.
-ElementContent ElementScanner::readStartTag(std::size_t open, std::unique_ptr<Element>& child) {
+bool ElementScanner::readStartTag(std::size_t open) {
     const std::size_t begin = skipWhite(open + 1);
     const std::size_t end = skipName(begin);
-    if (end == begin) return ElementContent::Unread;
+    if (end == begin) return false;
     mWindow.passOver(mWindow.position(), open + 2);
     mWindow.passOver(mWindow.position(), open + 2);
     mWindow.passOver(open + 1, end + 1);
     std::size_t at = end;
-    if (!readAttributes(at)) return ElementContent::Unread;
+    if (!readAttributes(at)) return false;
     const bool isEmpty = mWindow[at] == '/';
-    child = makeElement({begin, end});
+    if (isEmpty) {
+        mTree.addElement(mWindow.at(begin), end - begin, mAttributes);
+    } else {
+        mTree.beginElement(mWindow.at(begin), end - begin, mAttributes);
+    }
     mWindow.moveTo(at + (isEmpty ? 2 : 1));
-    return isEmpty ? ElementContent::EmptyElementTag : ElementContent::StartTag;
+    return true;
 }
 
 // Attribute ::= Name '=' AttValue, as many as there are. Then `at` is at the ">" or "/>".
@@ -118,22 +119,10 @@ bool ElementScanner::readAttribute(std::size_t name, std::size_t& at) {
     mWindow.passOver(at, nameEnd + 1);
     mWindow.passOver(nameEnd, equals + 1);
     mWindow.passOver(equals + 1, close + 1);
-    mAttributes.push_back({{name, nameEnd}, {open + 1, close}});
+    mAttributes.push_back(
+        {mWindow.at(name), nameEnd - name, mWindow.at(open + 1), close - open - 1});
     at = close + 1;
     return true;
-}
-
-std::unique_ptr<Element> ElementScanner::makeElement(Stretch name) const {
-    auto element = std::make_unique<Element>(text(name));
-    for (const AttributeText& attribute : mAttributes) {
-        DataHolder value(text(attribute.value));
-        element->setAttribute(text(attribute.name), replaceEntities(value, mDtd));
-    }
-    return element;
-}
-
-std::string ElementScanner::text(Stretch stretch) const {
-    return std::string(mWindow.at(stretch.begin), stretch.end - stretch.begin);
 }
 
 std::size_t ElementScanner::skipWhite(std::size_t at) const {

@@ -55,12 +55,6 @@ std::size_t TextWindow::findAhead(char byte, std::size_t begin) {
     return ahead.place;
 }
 
-void TextWindow::moveTo(std::size_t place) {
-    noteLineStarts();
-    forget();
-    mAt = place;
-}
-
 // What has been gone through is dropped, and as much is read again as is kept: so hardly more than
 // one piece of content is in the window, and one of any length costs in proportion to it.
 bool TextWindow::grow() {
@@ -115,12 +109,12 @@ void TextWindow::close(int position) {
 void TextWindow::noteLineStarts() {
     std::size_t end = mAt;
     for (const auto& stretch : mPassed) end = std::max(end, stretch.second);
-    if (!mIn.mAfterCR && end <= mNextReturn) return;
+    if (leavesNoTrace(end)) return;
     const void* found = std::memchr(mText + mAt, '\r', mSize - mAt);
     mNextReturn = found != nullptr
                       ? static_cast<std::size_t>(static_cast<const char*>(found) - mText)
                       : mSize;
-    if (!mIn.mAfterCR && end <= mNextReturn) return;
+    if (leavesNoTrace(end)) return;
     for (const auto& [from, to] : mPassed) noteLineStarts(from, to);
 }
 

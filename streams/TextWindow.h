@@ -40,9 +40,16 @@ public:
     std::size_t findAhead(char byte, std::size_t begin);
 
     /// The stream's operations would read from `begin` to just before `end`.
-    void passOver(std::size_t begin, std::size_t end) { mPassed.emplace_back(begin, end); }
+    void passOver(std::size_t begin, std::size_t end) {
+        if (mPassed.empty() && leavesNoTrace(end)) return;
+        mPassed.emplace_back(begin, end);
+    }
     /// What was passed over counts as read, and reading has come to `place`.
-    void moveTo(std::size_t place);
+    void moveTo(std::size_t place) {
+        if (!mPassed.empty()) noteLineStarts();
+        forget();
+        mAt = place;
+    }
     /// What was passed over since the last move does not count.
     void forget() {
         mPassed.clear();
@@ -64,6 +71,8 @@ private:
         std::size_t place = 0;
     };
 
+    /// Whether no carriage return is met in reading to just before `end`, nor has been just before.
+    bool leavesNoTrace(std::size_t end) const { return end <= mNextReturn && !mIn.mAfterCR; }
     void show(const std::string& text);
     void close(int position);
     void noteLineStarts();

@@ -296,7 +296,7 @@ void AxisWalk::offerRange(DocumentOrder::Place begin, DocumentOrder::Place end) 
 }
 
 void AxisWalk::offerChildren(const Element& parent, std::size_t begin, std::size_t end) {
-    const std::vector<Object*>& children = NodeAccess::childrenOf(parent);
+    const Detail::ChildList& children = NodeAccess::childrenOf(parent);
     const NodeMatcher matches = mMatcher;
     for (std::size_t index = begin; index < end; ++index) {
         ++mCandidates;
@@ -326,7 +326,7 @@ void AxisWalk::offerAllChildrenBelow(Object& top) {
 }
 
 void AxisWalk::offerAndOpenChildren(const Element& parent) {
-    const std::vector<Object*>& children = NodeAccess::childrenOf(parent);
+    const Detail::ChildList& children = NodeAccess::childrenOf(parent);
     const std::size_t others = mToBeOpened.size();
     const NodeMatcher matches = mMatcher;
     mCandidates += children.size();

@@ -50,7 +50,7 @@ private:
 
     void open(const Object& element) {
         const auto& children = NodeAccess::childrenOf(static_cast<const Element&>(element));
-        mOpen.push_back({children.data(), children.data() + children.size()});
+        mOpen.push_back({children.begin(), children.end()});
     }
 
     // No call stack is used: a tree may be deeper than that. Invariant: `mOpen` holds what is still

@@ -6,7 +6,10 @@
 /// attributes. `extract…` hands a node back to the caller, `clone` gives a copy that the caller
 /// owns. Everything else that is handed out is a pointer or reference into the tree.
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,7 +25,103 @@ class CharData;
 class Document;
 class Dtd;
 class Element;
+class Object;
 class OutStream;
+
+namespace Detail {
+
+/// The name of a node. Nodes of the same name share its text, unless there are very many names.
+///
+/// What few nodes need lies with the name, so that others need not have room for it; such a node
+/// has its name for itself.
+class VEXXML_API NodeName {
+public:
+    /// For a single node.
+    struct Texts {
+        std::string name;
+        std::string shown;     ///< the text that `toString` gave
+        std::string heldName;  ///< see `Attribute::heldName`
+        bool hasHeldName = false;
+    };
+
+    /// Empty.
+    NodeName() noexcept;
+    explicit NodeName(const std::string& text);
+    NodeName(const char* bytes, std::size_t size);
+    /// Takes the name alone.
+    NodeName(const NodeName& other);
+    NodeName(NodeName&& other) noexcept;
+    NodeName& operator=(NodeName other) noexcept;
+    ~NodeName() {
+        if (isOwn()) deleteOwn();
+    }
+
+    const std::string& text() const { return isOwn() ? own().name : *shared(); }
+    /// Null when the name is shared.
+    const Texts* texts() const { return isOwn() ? &own() : nullptr; }
+    /// The name is not shared from now on.
+    Texts& ownTexts();
+    void swap(NodeName& other) noexcept { std::swap(mBits, other.mBits); }
+
+private:
+    bool isOwn() const { return (mBits & 1) != 0; }
+    Texts& own() const { return *reinterpret_cast<Texts*>(mBits - 1); }
+    const std::string* shared() const { return reinterpret_cast<const std::string*>(mBits); }
+    void deleteOwn() noexcept;
+
+    /// The address of a shared text, or that of texts of its own plus 1.
+    std::uintptr_t mBits;
+};
+
+/// The children of an element, in the order of the document. Does not own them.
+class VEXXML_API ChildList {
+public:
+    ChildList() = default;
+    ~ChildList() { freeBlock(); }
+    ChildList(const ChildList&) = delete;
+    ChildList& operator=(const ChildList&) = delete;
+
+    std::size_t size() const { return isBlock() ? block()->size : mOnly != nullptr ? 1 : 0; }
+    bool empty() const { return size() == 0; }
+    Object* const* begin() const { return isBlock() ? block()->items() : &mOnly; }
+    Object* const* end() const { return begin() + size(); }
+    Object* operator[](std::size_t index) const { return begin()[index]; }
+    Object* back() const { return end()[-1]; }
+
+    /// Makes room for so many children in all. Within it nothing that follows throws.
+    void reserve(std::size_t count);
+    /// Makes room for one more, and for some after it.
+    void makeRoom();
+    void append(Object* const* children, std::size_t count);
+    void insert(std::size_t place, Object* child);
+    void erase(std::size_t place);
+    void pop_back();
+    /// Needs: not more than there are.
+    void truncate(std::size_t count);
+    void replace(std::size_t place, Object* child) { items()[place] = child; }
+    void swap(ChildList& other) noexcept { std::swap(mOnly, other.mOnly); }
+
+private:
+    struct Block {
+        std::uint32_t size;
+        std::uint32_t capacity;
+
+        Object** items() { return reinterpret_cast<Object**>(this + 1); }
+    };
+
+    std::uintptr_t bits() const { return reinterpret_cast<std::uintptr_t>(mOnly); }
+    bool isBlock() const { return (bits() & 1) != 0; }
+    Block* block() const { return reinterpret_cast<Block*>(bits() - 1); }
+    Object** items() { return isBlock() ? block()->items() : &mOnly; }
+    std::size_t capacity() const { return isBlock() ? block()->capacity : 1; }
+    void setSize(std::size_t size);
+    void freeBlock() noexcept;
+
+    /// The only child, or null; or the address of a block plus 1.
+    Object* mOnly = nullptr;
+};
+
+}  // namespace Detail
 
 /// The base of every node: its place in the tree, the DTD it is read against, and whether it
 /// changed since it was written.
@@ -31,6 +130,14 @@ class OutStream;
 class VEXXML_API Object {
 public:
     virtual ~Object();
+    /// Nodes are allocated together, as trees consist of very many. `new` and `delete` are used as
+    /// ever.
+    static void* operator new(std::size_t size);
+    static void* operator new(std::size_t size, std::align_val_t alignment);
+    static void* operator new(std::size_t, void* place) noexcept { return place; }
+    static void operator delete(void* node, std::size_t size) noexcept;
+    static void operator delete(void* node, std::size_t size, std::align_val_t alignment) noexcept;
+    static void operator delete(void*, void*) noexcept {}
     /// Sets the DTD that entities and attribute defaults are looked up in; null for none. The DTD
     /// is not owned and must outlive the link.
     virtual void setDtd(const Dtd* dtd);
@@ -86,6 +193,7 @@ private:
     friend class CharData;
     friend class Document;
     friend class Element;
+    friend class TreeBuilder;
 
     void linkTo(Object* holder);
     bool isPathTouched() const;
@@ -130,34 +238,33 @@ public:
     const std::string& toString() const override;
     bool isAttribute() const override;
 
-    const std::string& getName() const;
+    const std::string& getName() const { return mName.text(); }
     /// The plain value: special characters stand for themselves.
-    const DataHolder& getValue() const;
+    const DataHolder& getValue() const { return mValue; }
     /// Does not touch; `Element::setAttribute` does.
     void setValue(const DataHolder& value);
     /// False without a name; such an attribute is not written.
-    bool isOk() const;
+    bool isOk() const { return !getName().empty(); }
 
 protected:
     void write(OutStream& out) const override;
 
 private:
+    friend class AttributeBlocks;
     friend class AttributeList;
     friend class Element;
     friend class NodeAccess;
+    friend class TreeBuilder;
 
-    struct Extra;
-
-    Extra& extra() const;
+    Attribute(const Detail::NodeName& name, const char* value, std::size_t size);
     const std::string& heldName() const;
     void setHeldName(const std::string& name);
-    void rename(const std::string& name);
+    void rename(const Detail::NodeName& name);
     std::string text() const;
 
-    std::string mName;
+    bool mIsListed = false;          ///< among the attributes of an element
+    mutable Detail::NodeName mName;  ///< with the text that `toString` gave
     DataHolder mValue;
-    bool mIsListed = false;                 ///< among the attributes of an element
-    mutable std::unique_ptr<Extra> mExtra;  ///< what few attributes need
 };
 
 /// The name of an entity, to build character data that refers to it.
@@ -226,8 +333,12 @@ protected:
 private:
     friend class Element;
     friend class NodeAccess;
+    friend class TreeBuilder;
 
     struct PlainText;
+
+    CharData(const char* escapedText, std::size_t size);
+    PlainText& plainText() const;
 
     DataHolder mData;
     mutable std::unique_ptr<PlainText> mPlainText;  ///< made by `getData` and `toString`
@@ -268,7 +379,7 @@ public:
     const std::string& toString() const override;
     bool isElement() const override;
 
-    const std::string& getName() const;
+    const std::string& getName() const { return mName.text(); }
     /// Reports a name that is not valid and changes nothing.
     void setName(const std::string& name);
 
@@ -285,9 +396,12 @@ public:
     /// Deletes all children.
     void killChildren();
     bool isChild(const Object* node) const;
-    Object* getChild(int index);
-    const Object* getChild(int index) const;
-    int getChildCount() const;
+    Object* getChild(int index) {
+        return index >= 0 && index < getChildCount() ? mChildren[static_cast<std::size_t>(index)]
+                                                     : nullptr;
+    }
+    const Object* getChild(int index) const { return const_cast<Element*>(this)->getChild(index); }
+    int getChildCount() const { return static_cast<int>(mChildren.size()); }
     /// The index-th of the children that are elements.
     Element* getElement(int index);
     const Element* getElement(int index) const;
@@ -358,12 +472,14 @@ private:
     friend class AttributeList;
     friend class NodeAccess;
     friend class QuickValidator;
+    friend class TreeBuilder;
     friend class Validator;
 
     class Binder;
     class Writer;
     struct WithoutChildren {};
 
+    Element(Detail::NodeName name, WithoutChildren);
     Element(const Element& other, WithoutChildren);
     void holdCopyOf(const Object& child);
     void swapContent(Element& other);
@@ -371,7 +487,6 @@ private:
 
     bool bindAttributes();
     bool hasBoundChildren() const;
-    void makeRoomForChild();
     template <class Visit>
     void forEachAttribute(const Visit& visit) const;
     void holdAttribute(std::unique_ptr<Attribute> attribute);
@@ -379,10 +494,9 @@ private:
     void dropUntrueMarks(Object* child);
     bool hasOnlyElements() const;
 
-    std::vector<Object*> mChildren;              ///< owned
+    mutable Detail::NodeName mName;              ///< with the text that `toString` gave
+    Detail::ChildList mChildren;                 ///< owned
     std::unique_ptr<AttributeList> mAttributes;  ///< null until there is one
-    std::string mName;
-    mutable std::unique_ptr<std::string> mText;  ///< made by `toString`
 };
 
 /// A root element with an optional DTD.

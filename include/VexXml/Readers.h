@@ -18,6 +18,7 @@
 
 namespace Xml {
 
+class TreeBuilder;
 enum class ElementContent : int;
 
 /// What all readers share: the error text.
@@ -83,6 +84,7 @@ public:
 private:
     ElementContent readStartTag(InStream& in);
     bool readAttributes(InStream& in, std::string& token);
+    bool readNext(InStream& in, TreeBuilder& tree, ElementReader& inner);
     ElementContent readContent(InStream& in, Element& element, ElementReader& inner);
     ElementContent readChild(InStream& in, ElementReader& inner);
     bool readEndTag(InStream& in, const Element& element);

@@ -2,7 +2,9 @@
 
 /// Texts, names, numbers, references and diagnostics: what all the other families are made of.
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 #include "VexXml/Export.h"
@@ -32,7 +34,9 @@ public:
     DataHolder(DataHolder&& other) noexcept;
     DataHolder& operator=(const DataHolder& other);
     DataHolder& operator=(DataHolder&& other) noexcept;
-    ~DataHolder();
+    ~DataHolder() {
+        if (isLong()) freeStorage();
+    }
 
     /// Appends the first `count` bytes, which may lie inside this text; none when `count` is
     /// below 1.
@@ -43,8 +47,8 @@ public:
     void clear();
 
     /// The length in bytes.
-    int getSize() const;
-    bool isEmpty() const;
+    int getSize() const { return static_cast<int>(size()); }
+    bool isEmpty() const { return size() == 0; }
 
     /// Makes room for `size` bytes and returns true. A size below the present length changes
     /// nothing; one below 16 gives grown storage back.
@@ -54,7 +58,7 @@ public:
     void swap(DataHolder& other) noexcept;
 
     /// The bytes with a NUL behind them, valid until the next change.
-    const char* toCString() const;
+    const char* toCString() const { return isLong() ? longText().bytes : mSmall; }
     /// The number at the start of the text, behind white space; 0 when there is none.
     int toInt() const;
     /// The number at the start of the text, behind white space; 0 when there is none.
@@ -68,7 +72,44 @@ public:
     operator std::string() const;  // NOLINT(google-explicit-constructor): texts convert freely
 
 private:
-    std::string mText;
+    static constexpr std::size_t kSmallCapacity = 15;
+    static constexpr std::uint8_t kLong = 255;
+
+    /// A text in storage of its own, in place of a short one.
+    struct LongText {
+        char* bytes;
+        std::uint32_t size;
+        std::uint8_t grains;  ///< of 16 bytes, in the storage; 0 when the capacity stands in front
+        std::uint8_t unused[kSmallCapacity - sizeof(char*) - sizeof(std::uint32_t) - 1];
+        std::uint8_t tag;  ///< `kLong`
+    };
+
+    bool isLong() const { return static_cast<std::uint8_t>(mSmall[kSmallCapacity]) == kLong; }
+    LongText longText() const {
+        LongText text;
+        std::memcpy(&text, mSmall, sizeof text);
+        return text;
+    }
+    std::size_t size() const {
+        return isLong() ? longText().size
+                        : kSmallCapacity - static_cast<std::size_t>(mSmall[kSmallCapacity]);
+    }
+    char* bytes() { return isLong() ? longText().bytes : mSmall; }
+    static LongText allocate(std::size_t capacity);
+    static std::size_t capacityOf(const LongText& text);
+    static DataHolder withRoomFor(std::size_t size);
+    std::size_t capacity() const;
+    std::size_t grownSize(std::size_t wanted) const;
+    void setLongText(const LongText& text);
+    void setLength(std::size_t size);
+    void appendBytes(const char* bytes, std::size_t count);
+    void appendInside(const char* bytes, std::size_t count);
+    void freeStorage() noexcept;
+
+    /// A short text and its NUL, or a `LongText`. The last byte tells: how much room there is left,
+    /// which for a full text makes it the NUL, or that the text is long.
+    alignas(char*) char mSmall[kSmallCapacity + 1] = {0, 0, 0, 0, 0, 0, 0, 0,
+                                                      0, 0, 0, 0, 0, 0, 0, kSmallCapacity};
 };
 
 /// Space, tab, line feed or carriage return; nothing else.

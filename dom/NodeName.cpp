@@ -1,0 +1,135 @@
+#include <array>
+#include <atomic>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include "VexXml/Dom.h"
+
+namespace Xml::Detail {
+namespace {
+
+// The texts that nodes share, for the whole process. Nothing is ever taken out, so that finding one
+// needs no lock and sharing it no count. What that costs is bounded: only so many names go in, and
+// only short ones. All further ones are owned by their nodes.
+class SharedNames {
+public:
+    /// Null when the name is not shared.
+    const std::string* find(const char* bytes, std::size_t size);
+
+private:
+    using Slot = std::atomic<const std::string*>;
+
+    static constexpr std::size_t kSlots = 16384;
+    static constexpr std::size_t kMostNames = kSlots / 2;
+    static constexpr std::size_t kMostProbes = 16;
+    static constexpr std::size_t kLongestName = 64;
+
+    const std::string* add(Slot& slot, const char* bytes, std::size_t size);
+
+    std::array<Slot, kSlots> mSlots{};
+    std::atomic<std::size_t> mCount{0};
+};
+
+SharedNames sharedNames;
+
+// Never destroyed: nodes may live as long as the process.
+const std::string* noName() {
+    static const std::string* const name = new std::string;
+    return name;
+}
+
+std::uint64_t load(const char* bytes, std::size_t size) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, size);
+    return word;
+}
+
+// From the size and up to 16 bytes at the two ends.
+std::size_t hashOf(const char* bytes, std::size_t size) {
+    constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15;
+    std::uint64_t first = 0;
+    std::uint64_t last = 0;
+    if (size >= 8) {
+        first = load(bytes, 8);
+        last = load(bytes + size - 8, 8);
+    } else if (size >= 4) {
+        first = load(bytes, 4);
+        last = load(bytes + size - 4, 4);
+    } else if (size > 0) {
+        first = static_cast<unsigned char>(bytes[0]);
+        last = load(bytes + size / 2, 1) << 8 | load(bytes + size - 1, 1);
+    }
+    std::uint64_t hash = (first ^ size) * kFactor;
+    hash = ((hash ^ hash >> 32) + last) * kFactor;
+    return static_cast<std::size_t>(hash ^ hash >> 32);
+}
+
+bool isEqual(const std::string& text, const char* bytes, std::size_t size) {
+    return text.size() == size && std::memcmp(text.data(), bytes, size) == 0;
+}
+
+const std::string* SharedNames::find(const char* bytes, std::size_t size) {
+    if (size > kLongestName) return nullptr;
+    const std::size_t hash = hashOf(bytes, size);
+    for (std::size_t probe = 0; probe < kMostProbes; ++probe) {
+        Slot& slot = mSlots[(hash + probe) % kSlots];
+        const std::string* text = slot.load(std::memory_order_acquire);
+        if (text == nullptr) text = add(slot, bytes, size);
+        if (text == nullptr || isEqual(*text, bytes, size)) return text;
+    }
+    return nullptr;
+}
+
+// What is in the slot afterwards; another thread may have been quicker.
+const std::string* SharedNames::add(Slot& slot, const char* bytes, std::size_t size) {
+    if (mCount.load(std::memory_order_relaxed) >= kMostNames) return nullptr;
+    auto text = std::make_unique<const std::string>(bytes, size);
+    const std::string* present = nullptr;
+    if (!slot.compare_exchange_strong(present, text.get(), std::memory_order_acq_rel)) {
+        return present;
+    }
+    mCount.fetch_add(1, std::memory_order_relaxed);
+    return text.release();
+}
+
+}  // namespace
+
+NodeName::NodeName() noexcept : mBits(reinterpret_cast<std::uintptr_t>(noName())) {}
+
+NodeName::NodeName(const std::string& text) : NodeName(text.data(), text.size()) {}
+
+NodeName::NodeName(const char* bytes, std::size_t size) : NodeName() {
+    if (const std::string* text = sharedNames.find(bytes, size)) {
+        mBits = reinterpret_cast<std::uintptr_t>(text);
+    } else {
+        ownTexts().name.assign(bytes, size);
+    }
+}
+
+NodeName::NodeName(const NodeName& other) : NodeName() {
+    if (other.isOwn()) {
+        *this = NodeName(other.text());
+    } else {
+        mBits = other.mBits;
+    }
+}
+
+NodeName::NodeName(NodeName&& other) noexcept : NodeName() { swap(other); }
+
+NodeName& NodeName::operator=(NodeName other) noexcept {
+    swap(other);
+    return *this;
+}
+
+NodeName::Texts& NodeName::ownTexts() {
+    if (isOwn()) return own();
+    auto texts = std::make_unique<Texts>();
+    texts->name = *shared();
+    mBits = reinterpret_cast<std::uintptr_t>(texts.release()) + 1;
+    return own();
+}
+
+void NodeName::deleteOwn() noexcept { delete &own(); }
+
+}  // namespace Xml::Detail

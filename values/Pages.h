@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+
+namespace Xml {
+
+/// Memory by the large piece, from the system.
+namespace Pages {
+
+/// Needs: a power of two as alignment, and a multiple of it as size. Throws `std::bad_alloc`.
+void* allocate(std::size_t size, std::size_t alignment);
+void release(void* pages, std::size_t size, std::size_t alignment) noexcept;
+
+}  // namespace Pages
+}  // namespace Xml
