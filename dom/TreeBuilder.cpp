@@ -27,7 +27,6 @@ void TreeBuilder::beginElement(const char* name, std::size_t size,
 
 void TreeBuilder::beginElement(std::unique_ptr<Element> element) {
     Element* opened = element.get();
-    mOpen.reserve(mOpen.size() + 1);
     add(std::move(element));
     mOpen.push_back({opened, mChildren.size()});
 }
