@@ -3,6 +3,7 @@
 
 #include "VexXml/Dom.h"
 #include "VexXml/Streams.h"
+#include "values/References.h"
 
 namespace Xml {
 
@@ -56,8 +57,9 @@ const DataHolder& CharData::getData() const {
     const auto size = static_cast<std::size_t>(mData.getSize());
     if (std::memchr(mData.toCString(), '&', size) == nullptr) return mData;
     DataHolder& plain = plainText().data;
-    plain = mData;
-    return replaceEntities(plain, mDtd);
+    plain.clear();
+    appendReplaced(plain, mData, mDtd);
+    return plain;
 }
 
 CharData::PlainText& CharData::plainText() const {

@@ -5,6 +5,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "VexXml/Dtd.h"
 #include "VexXml/Values.h"
@@ -41,25 +42,34 @@ std::size_t findSpecial(const std::string& text, std::size_t begin) {
     return static_cast<std::size_t>(found - text.begin());
 }
 
-bool isCharacterReference(const std::string& name) { return name.size() > 1 && name[0] == '#'; }
+bool isCharacterReference(std::string_view name) { return name.size() > 1 && name[0] == '#'; }
 
 // The byte that the number behind "#" stands for, which is its low byte; 0 when there is no number
-// or it does not fit 32 bits. Only the lower-case "x" makes it hexadecimal.
-char numberedCharacter(const std::string& name) {
+// or it does not fit 32 bits. Only the lower-case "x" makes it hexadecimal. Needs: no digit stands
+// behind the name.
+char numberedCharacter(std::string_view name) {
     const bool isHex = name[1] == 'x';
-    const long long number = std::strtoll(name.c_str() + (isHex ? 2 : 1), nullptr, isHex ? 16 : 10);
+    const long long number = std::strtoll(name.data() + (isHex ? 2 : 1), nullptr, isHex ? 16 : 10);
     using Limits = std::numeric_limits<std::int32_t>;
     if (number < Limits::min() || number > Limits::max()) return '\0';
     return static_cast<char>(static_cast<unsigned char>(number));
 }
 
-// 0 when the name is neither a number nor predefined.
-char characterValue(const std::string& name) {
+// 0 when the name is neither a number nor predefined. Needs: as above.
+char characterValue(std::string_view name) {
     if (isCharacterReference(name)) return numberedCharacter(name);
     for (const StdEntity& entity : kStdEntities) {
         if (name == entity.name()) return entity.character;
     }
     return '\0';
+}
+
+std::string_view viewOf(const DataHolder& text) {
+    return {text.toCString(), static_cast<std::size_t>(text.getSize())};
+}
+
+void append(DataHolder& text, std::string_view bytes) {
+    text.append(bytes.data(), static_cast<int>(bytes.size()));
 }
 
 std::string reference(const std::string& name) { return '&' + name + ';'; }
@@ -73,20 +83,29 @@ std::string_view stdReference(char character) {
 }
 
 DataHolder& replaceEntities(DataHolder& text, const Dtd* dtd) {
-    const std::string source = text;
-    std::size_t next = source.find('&');
-    if (next == std::string::npos) return text;
+    if (viewOf(text).find('&') == std::string_view::npos) return text;
+    DataHolder result;
+    appendReplaced(result, text, dtd);
+    return text = std::move(result);
+}
 
-    std::string result;
+// A NUL stands behind the text, and a ";" behind every name but one that goes on to the end.
+void appendReplaced(DataHolder& result, const DataHolder& text, const Dtd* dtd) {
+    const std::string_view source = viewOf(text);
     std::size_t copied = 0;  // invariant: `result` stands for all of `source` in front of here
-    for (; next != std::string::npos; next = source.find('&', copied)) {
+    for (;;) {
+        const std::size_t next = std::min(source.find('&', copied), source.size());
+        append(result, source.substr(copied, next - copied));
+        if (next == source.size()) return;
         const std::size_t end = std::min(source.find(';', next), source.size());
-        result.append(source, copied, next - copied);
-        result += getEntityValue(source.substr(next + 1, end - next - 1), dtd);
+        const std::string_view name = source.substr(next + 1, end - next - 1);
+        if (const char character = characterValue(name)) {
+            result.push(character);
+        } else {
+            append(result, viewOf(getEntityValue(std::string(name), dtd)));
+        }
         copied = std::min(end + 1, source.size());
     }
-    text = result.append(source, copied);
-    return text;
 }
 
 DataHolder& insertStdEntities(DataHolder& text) {

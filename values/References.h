@@ -2,9 +2,14 @@
 
 #include <string_view>
 
+#include "VexXml/Values.h"
+
 namespace Xml {
 
 /// The reference that stands for a special character, such as "&lt;". Needs: one of & < > " '.
 std::string_view stdReference(char character);
+
+/// Appends the text with its references replaced as by `replaceEntities`.
+void appendReplaced(DataHolder& result, const DataHolder& text, const Dtd* dtd);
 
 }  // namespace Xml
