@@ -246,7 +246,7 @@ Slab* Slabs::takeIdleSlab() {
 void Slabs::addRegion() {
     const std::size_t slabs = std::clamp(mSlabCount / 8, kFewestSlabs, kMostSlabs);
     auto region = std::make_unique<Region>();
-    void* memory = ::operator new(slabs* kSlabSize, std::align_val_t(kSlabSize));
+    void* memory = Pages::allocate(slabs * kSlabSize, alignmentOf(slabs));
     *region = {static_cast<char*>(memory), slabs, 0};
     for (std::size_t i = slabs; i > 0; --i) {
         Slab* slab = new (region->memory + (i - 1) * kSlabSize) Slab{};

@@ -3,10 +3,12 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "VexXml/Values.h"
 
@@ -252,6 +254,75 @@ TEST(DataHolder, GivesAccessToSingleBytes) {
     EXPECT_EQ(textOf(holder),
               "a\xFF"
               "c");
+}
+
+/// The same text as a holder and as the standard library has it.
+struct Twin {
+    DataHolder holder;
+    std::string string;
+
+    void append(const std::string& bytes) {
+        holder.append(bytes.data(), static_cast<int>(bytes.size()));
+        string += bytes;
+    }
+    void setSize(std::size_t size) {
+        EXPECT_TRUE(holder.setSize(size));
+        string.resize(size);
+    }
+    void expectSame() const {
+        ASSERT_EQ(textOf(holder), string);
+        ASSERT_EQ(holder.toCString()[string.size()], '\0');
+    }
+};
+
+// Around 15 bytes a text leaves the holder, around 511 the sizes that many texts have.
+TEST(DataHolder, HoldsTextsOfAllLengths) {
+    for (std::size_t size = 0; size < 700; ++size) {
+        SCOPED_TRACE(size);
+        const std::string text(size, 'x');
+        DataHolder holder(text);
+        EXPECT_EQ(textOf(holder), text);
+        EXPECT_EQ(holder.getSize(), static_cast<int>(size));
+        DataHolder copy(holder);
+        copy.append(holder.toCString(), holder.getSize());
+        EXPECT_EQ(textOf(copy), text + text);
+        holder.push('y');
+        EXPECT_EQ(textOf(holder), text + 'y');
+        copy = holder;
+        EXPECT_EQ(textOf(copy), text + 'y');
+        copy = std::move(holder);
+        EXPECT_EQ(textOf(copy.pop()), text);
+    }
+}
+
+TEST(DataHolder, HoldsWhatAStringHoldsAfterChangesByChance) {
+    std::mt19937 random(1);
+    std::vector<Twin> twins(8);
+    for (int i = 0; i < 20000; ++i) {
+        Twin& twin = twins[random() % twins.size()];
+        const Twin& other = twins[random() % twins.size()];
+        const std::size_t size = random() % 40 == 0 ? random() % 3000 : random() % 40;
+        switch (random() % 6) {
+            case 0:
+                twin.append(std::string(size, static_cast<char>('a' + i % 26)));
+                break;
+            case 1:
+                twin.setSize(size);
+                break;
+            case 2:
+                EXPECT_TRUE(twin.holder.reserve(size));
+                break;
+            case 3:
+                twin = other;
+                break;
+            case 4:
+                twin = Twin(other);
+                break;
+            default:
+                std::swap(twin, twins[0]);
+        }
+        twin.expectSame();
+    }
 }
 
 }  // namespace
