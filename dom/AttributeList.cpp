@@ -9,6 +9,7 @@ namespace Xml {
 namespace {
 
 constexpr std::uint32_t kMostInOnePiece = 128;
+constexpr std::size_t kItemSize = sizeof(void*);
 
 }  // namespace
 
@@ -56,12 +57,12 @@ bool AttributeList::erase(const std::string& name) {
 
 void AttributeList::reserve(std::size_t count) {
     if (count <= mCapacity || count > kMostInOnePiece) return;
-    const std::size_t bytes = Pool::usableSize(count * sizeof(Attribute*));
+    const std::size_t bytes = Pool::usableSize(count * kItemSize);
     auto* moved = static_cast<Attribute**>(Pool::allocate(bytes));
     std::copy(mItems, mItems + mSize, moved);
     freeItems();
     mItems = moved;
-    mCapacity = static_cast<std::uint32_t>(bytes / sizeof(Attribute*));
+    mCapacity = static_cast<std::uint32_t>(bytes / kItemSize);
 }
 
 // Where the attribute is, or would be inserted.
@@ -84,7 +85,7 @@ void AttributeList::moveToBlocks() {
 }
 
 void AttributeList::freeItems() noexcept {
-    Pool::release(static_cast<void*>(mItems), mCapacity * sizeof(Attribute*));
+    Pool::release(static_cast<void*>(mItems), mCapacity * kItemSize);
     mItems = nullptr;
     mCapacity = 0;
 }

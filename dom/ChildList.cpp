@@ -5,16 +5,21 @@
 #include "values/Pool.h"
 
 namespace Xml::Detail {
+namespace {
+
+constexpr std::size_t kItemSize = sizeof(void*);
+
+}  // namespace
 
 void ChildList::reserve(std::size_t count) {
     if (count <= capacity()) return;
-    const std::size_t bytes = Pool::usableSize(sizeof(Block) + count * sizeof(Object*));
-    auto* moved = new (Pool::allocate(bytes)) Block{};
-    moved->size = static_cast<std::uint32_t>(size());
-    moved->capacity = static_cast<std::uint32_t>((bytes - sizeof(Block)) / sizeof(Object*));
+    const std::size_t bytes = Pool::usableSize(sizeof(Block) + count * kItemSize);
+    const std::size_t room = (bytes - sizeof(Block)) / kItemSize;
+    auto* moved = static_cast<Block*>(Pool::allocate(bytes));
+    *moved = {static_cast<std::uint32_t>(size()), static_cast<std::uint32_t>(room)};
     std::copy(begin(), end(), moved->items());
     freeBlock();
-    mOnly = reinterpret_cast<Object*>(reinterpret_cast<std::uintptr_t>(moved) + 1);
+    mOnly = reinterpret_cast<Object*>(reinterpret_cast<char*>(moved) + 1);
 }
 
 void ChildList::makeRoom() {
@@ -59,7 +64,7 @@ void ChildList::setSize(std::size_t size) {
 
 void ChildList::freeBlock() noexcept {
     if (!isBlock()) return;
-    Pool::release(block(), sizeof(Block) + block()->capacity * sizeof(Object*));
+    Pool::release(block(), sizeof(Block) + block()->capacity * kItemSize);
     mOnly = nullptr;
 }
 

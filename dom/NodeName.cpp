@@ -95,13 +95,13 @@ const std::string* SharedNames::add(Slot& slot, const char* bytes, std::size_t s
 
 }  // namespace
 
-NodeName::NodeName() noexcept : mBits(reinterpret_cast<std::uintptr_t>(noName())) {}
+NodeName::NodeName() noexcept { share(noName()); }
 
 NodeName::NodeName(const std::string& text) : NodeName(text.data(), text.size()) {}
 
 NodeName::NodeName(const char* bytes, std::size_t size) : NodeName() {
     if (const std::string* text = sharedNames.find(bytes, size)) {
-        mBits = reinterpret_cast<std::uintptr_t>(text);
+        share(text);
     } else {
         ownTexts().name.assign(bytes, size);
     }
@@ -111,7 +111,7 @@ NodeName::NodeName(const NodeName& other) : NodeName() {
     if (other.isOwn()) {
         *this = NodeName(other.text());
     } else {
-        mBits = other.mBits;
+        mTagged = other.mTagged;
     }
 }
 
@@ -126,7 +126,7 @@ NodeName::Texts& NodeName::ownTexts() {
     if (isOwn()) return own();
     auto texts = std::make_unique<Texts>();
     texts->name = *shared();
-    mBits = reinterpret_cast<std::uintptr_t>(texts.release()) + 1;
+    mTagged = reinterpret_cast<const char*>(texts.release()) + 1;
     return own();
 }
 

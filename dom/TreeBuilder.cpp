@@ -78,8 +78,8 @@ void TreeBuilder::setAttributes(Element& element, const std::vector<AttributeTex
 
 void TreeBuilder::add(std::unique_ptr<Object> child) {
     child->linkTo(&innermost());
-    mChildren.push_back(child.get());
-    child.release();
+    mChildren.emplace_back();
+    mChildren.back() = child.release();
 }
 
 void TreeBuilder::attachChildren() {

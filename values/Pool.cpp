@@ -37,24 +37,33 @@ constexpr std::size_t kMostSlabs = 128;  // the size of a large page, of process
 // So much, 32 MB, may lie idle before regions go back to the system.
 constexpr std::size_t kMostIdleSlabs = 2048;
 
-constexpr auto kClassOf = [] {
-    std::array<std::uint8_t, kLargestBlock / kGrain + 1> classes{};
+using ClassTable = std::array<std::uint8_t, kLargestBlock / kGrain + 1>;
+
+constexpr ClassTable makeClassTable() {
+    ClassTable classes{};
     std::size_t sizeClass = 0;
     for (std::size_t grains = 0; grains < classes.size(); ++grains) {
         while (kBlockSizes[sizeClass] < grains * kGrain) ++sizeClass;
         classes[grains] = static_cast<std::uint8_t>(sizeClass);
     }
     return classes;
-}();
+}
 
-// Dividing by a block size is multiplying with this and dropping the lower half.
-constexpr auto kReciprocals = [] {
-    std::array<std::uint64_t, kClasses> reciprocals{};
+// By size in grains.
+constexpr ClassTable kClassOf = makeClassTable();
+
+using Reciprocals = std::array<std::uint64_t, kClasses>;
+
+constexpr Reciprocals makeReciprocals() {
+    Reciprocals reciprocals{};
     for (std::size_t i = 0; i < kClasses; ++i) {
         reciprocals[i] = (std::uint64_t{1} << 32) / kBlockSizes[i] + 1;
     }
     return reciprocals;
-}();
+}
+
+// Dividing by a block size is multiplying with this and dropping the lower half.
+constexpr Reciprocals kReciprocals = makeReciprocals();
 
 bool isPooled(std::size_t size) { return kIsPooled && size <= kLargestBlock; }
 
@@ -187,7 +196,7 @@ void Slabs::fill(Stock& stock, std::size_t sizeClass) {
     slab->taken = blocksInSlab(sizeClass);
     slab->free = {};
     stock.stretch = firstBlock(slab);
-    stock.stretchEnd = stock.stretch + slab->taken * kBlockSizes[sizeClass];
+    stock.stretchEnd = stock.stretch + std::size_t{slab->taken} * kBlockSizes[sizeClass];
 }
 
 void Slabs::fillFrom(Slab& slab, Stock& stock) {

@@ -61,16 +61,17 @@ public:
     const Texts* texts() const { return isOwn() ? &own() : nullptr; }
     /// The name is not shared from now on.
     Texts& ownTexts();
-    void swap(NodeName& other) noexcept { std::swap(mBits, other.mBits); }
+    void swap(NodeName& other) noexcept { std::swap(mTagged, other.mTagged); }
 
 private:
-    bool isOwn() const { return (mBits & 1) != 0; }
-    Texts& own() const { return *reinterpret_cast<Texts*>(mBits - 1); }
-    const std::string* shared() const { return reinterpret_cast<const std::string*>(mBits); }
+    bool isOwn() const { return (reinterpret_cast<std::uintptr_t>(mTagged) & 1) != 0; }
+    Texts& own() const { return *reinterpret_cast<Texts*>(const_cast<char*>(mTagged) - 1); }
+    const std::string* shared() const { return reinterpret_cast<const std::string*>(mTagged); }
+    void share(const std::string* text) { mTagged = reinterpret_cast<const char*>(text); }
     void deleteOwn() noexcept;
 
     /// The address of a shared text, or that of texts of its own plus 1.
-    std::uintptr_t mBits;
+    const char* mTagged;
 };
 
 /// The children of an element, in the order of the document. Does not own them.
@@ -109,9 +110,8 @@ private:
         Object** items() { return reinterpret_cast<Object**>(this + 1); }
     };
 
-    std::uintptr_t bits() const { return reinterpret_cast<std::uintptr_t>(mOnly); }
-    bool isBlock() const { return (bits() & 1) != 0; }
-    Block* block() const { return reinterpret_cast<Block*>(bits() - 1); }
+    bool isBlock() const { return (reinterpret_cast<std::uintptr_t>(mOnly) & 1) != 0; }
+    Block* block() const { return reinterpret_cast<Block*>(reinterpret_cast<char*>(mOnly) - 1); }
     Object** items() { return isBlock() ? block()->items() : &mOnly; }
     std::size_t capacity() const { return isBlock() ? block()->capacity : 1; }
     void setSize(std::size_t size);

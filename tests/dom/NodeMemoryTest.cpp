@@ -101,6 +101,7 @@ TEST(NodeMemory, OutlivesTheThreadThatMadeTheNodes) {
 TEST(NodeMemory, IsSharedByThreadsAtWork) {
     std::vector<Nodes> all(4);
     std::vector<std::thread> threads;
+    threads.reserve(all.size());
     for (Nodes& nodes : all) {
         threads.emplace_back([&nodes] {
             for (int round = 0; round < 5; ++round) nodes = elements(1500);

@@ -62,6 +62,7 @@ TEST(NodeName, IsKeptWhenThreadsMakeTheSame) {
     for (int i = 0; i < 500; ++i) names.push_back("of-threads" + std::to_string(i));
     std::vector<std::string> found(4, "not looked at");
     std::vector<std::thread> threads;
+    threads.reserve(found.size());
     for (std::string& other : found) {
         threads.emplace_back([&other, &names] { other = otherName(names); });
     }
