@@ -86,6 +86,7 @@ void Element::holdCopyOf(const Object& child) {
                        ? new Element(static_cast<const Element&>(child), WithoutChildren())
                        : child.clone();
     mChildren.insert(mChildren.size(), copy);
+    noteChild(*copy);
     copy->linkTo(this);
     if (copy->mDtd != nullptr || !copy->mSubtreeBound) copy->forgetBoundAbove();
 }
@@ -119,6 +120,7 @@ Element::~Element() { destroyChildren(); }
 
 // Everything but the place in the tree and what goes with it.
 void Element::swapContent(Element& other) {
+    std::swap(mMayHoldElements, other.mMayHoldElements);
     mChildren.swap(other.mChildren);
     mAttributes.swap(other.mAttributes);
     mName.swap(other.mName);
@@ -285,12 +287,17 @@ void Element::insertChild(const Object* before, Object* child) {
 // What can fail comes first: the child is the element's only once it is among its children.
 void Element::insertAt(std::size_t place, Object* child) {
     mChildren.makeRoom();
+    noteChild(*child);
     child->setDtd(mDtd);
     mChildren.insert(place, child);
     child->linkTo(this);
     if (!child->isWhollyBoundTo(mDtd)) child->forgetBoundAbove();
     touch();
     dropUntrueMarks(child);
+}
+
+void Element::noteChild(const Object& child) {
+    if (!isExactly<CharData>(child)) mMayHoldElements = true;
 }
 
 // A new child may bring marks along that its place here does not bear out.

@@ -27,6 +27,7 @@ void TreeBuilder::beginElement(const char* name, std::size_t size,
 
 void TreeBuilder::beginElement(std::unique_ptr<Element> element) {
     Element* opened = element.get();
+    innermost().mMayHoldElements = true;
     add(std::move(element));
     mOpen.push_back({opened, mChildren.size()});
 }
@@ -38,10 +39,13 @@ void TreeBuilder::endElement() {
 
 void TreeBuilder::addElement(const char* name, std::size_t size,
                              const std::vector<AttributeText>& attributes) {
-    add(makeElement(name, size, attributes));
+    addElement(makeElement(name, size, attributes));
 }
 
-void TreeBuilder::addElement(std::unique_ptr<Element> element) { add(std::move(element)); }
+void TreeBuilder::addElement(std::unique_ptr<Element> element) {
+    innermost().mMayHoldElements = true;
+    add(std::move(element));
+}
 
 void TreeBuilder::addCharData(const char* text, std::size_t size) {
     add(std::unique_ptr<Object>(new CharData(text, size)));

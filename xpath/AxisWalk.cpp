@@ -10,6 +10,12 @@
 namespace Xml {
 namespace {
 
+// Whether anything below the element may pass.
+bool isWorthOpening(const Element& element, const NodeMatcher& matches) {
+    return NodeAccess::mayHoldElements(element) ||
+           (matches.acceptsText() && !NodeAccess::childrenOf(element).empty());
+}
+
 // What the searches of a step may look at in vain: so many candidates each, and in all so many
 // more, or so many times what the query has looked at to some use.
 constexpr std::size_t kFewCandidates = 16;
@@ -296,7 +302,7 @@ void AxisWalk::offerRange(DocumentOrder::Place begin, DocumentOrder::Place end) 
 }
 
 void AxisWalk::offerChildren(const Element& parent, std::size_t begin, std::size_t end) {
-    const Detail::ChildList& children = NodeAccess::childrenOf(parent);
+    const NodeAccess::Children children = NodeAccess::childrenOf(parent);
     const NodeMatcher matches = mMatcher;
     for (std::size_t index = begin; index < end; ++index) {
         ++mCandidates;
@@ -326,7 +332,7 @@ void AxisWalk::offerAllChildrenBelow(Object& top) {
 }
 
 void AxisWalk::offerAndOpenChildren(const Element& parent) {
-    const Detail::ChildList& children = NodeAccess::childrenOf(parent);
+    const NodeAccess::Children children = NodeAccess::childrenOf(parent);
     const std::size_t others = mToBeOpened.size();
     const NodeMatcher matches = mMatcher;
     mCandidates += children.size();
@@ -336,8 +342,8 @@ void AxisWalk::offerAndOpenChildren(const Element& parent) {
             if (isFull()) return;
         }
         if (!NodeAccess::isElement(*child)) continue;
-        const Element* element = static_cast<Element*>(child);
-        if (!NodeAccess::childrenOf(*element).empty()) mToBeOpened.push_back(element);
+        const auto* element = static_cast<Element*>(child);
+        if (isWorthOpening(*element, matches)) mToBeOpened.push_back(element);
     }
     std::reverse(mToBeOpened.begin() + static_cast<std::ptrdiff_t>(others), mToBeOpened.end());
 }

@@ -8,6 +8,9 @@
 namespace Xml {
 namespace {
 
+// Room for so many saves most lists from growing step by step.
+constexpr std::size_t kFew = 4;
+
 // Which operators one pass of folding takes.
 enum class Pass { Multiplicative, Additive, Relational, Equality };
 
@@ -73,6 +76,8 @@ void foldOperands(Expression& expression) {
 
 // Invariant: everything in front of the place that a frame has reached is decoded.
 bool Compiler::compile() {
+    mFrames.reserve(kFew);
+    mProgram.expressions.reserve(kFew);
     if (!open(mText.whole(), 1)) return false;
     while (!mFrames.empty()) {
         if (!advance()) return false;
@@ -159,6 +164,7 @@ bool Compiler::decodePath(Frame& frame, Piece text) {
     if (isAbsolute) operand.pathNumber = mProgram.absolutePathCount++;
     frame.path = {text.begin + (isAbsolute ? 1 : 0), text.end};
     frame.stepLevel = frame.level;
+    operand.steps.reserve(kFew);
     return isAbsolute || (decodeStep(frame) && checkContext());
 }
 

@@ -88,10 +88,10 @@ void Evaluator::Frame::reset(const Expression& next) {
 
 Outcome Evaluator::evaluate(NodeList context) {
     const Expression& expression = mProgram.expressions.front();
-    if (!followDirectly(expression, context)) {
-        pushFrame(expression).context = std::move(context);
-        while (mDepth > 0) advance();
-    }
+    if (followDirectly(expression, context)) return std::move(mOutcome);
+    mAbsolutePaths.resize(mProgram.absolutePathCount);
+    pushFrame(expression).context = std::move(context);
+    while (mDepth > 0) advance();
     return std::move(mOutcome);
 }
 
@@ -122,14 +122,14 @@ bool Evaluator::followDirectly(const Expression& expression, NodeList& context) 
 }
 
 Evaluator::Frame& Evaluator::pushFrame(const Expression& expression) {
-    if (mDepth == mFrames.size()) mFrames.emplace_back(mProgram.memory());
-    Frame& frame = mFrames[mDepth++];
+    if (mDepth == mFrames.size()) mFrames.push_back(std::make_unique<Frame>());
+    Frame& frame = *mFrames[mDepth++];
     frame.reset(expression);
     return frame;
 }
 
 void Evaluator::advance() {
-    Frame& frame = mFrames[mDepth - 1];
+    Frame& frame = *mFrames[mDepth - 1];
     if (frame.route.isActive) {
         advancePath(frame);
     } else if (startNextPath(frame)) {
@@ -283,8 +283,8 @@ bool Evaluator::asksForExistence(const Frame& frame) {
 }
 
 void Evaluator::popFrame() {
-    Frame& frame = mFrames[--mDepth];
-    Frame* outer = mDepth > 0 ? &mFrames[mDepth - 1] : nullptr;
+    Frame& frame = *mFrames[--mDepth];
+    Frame* outer = mDepth > 0 ? mFrames[mDepth - 1].get() : nullptr;
     Misses& misses = outer != nullptr ? foundBy(*outer, outer->operand).misses : mMisses;
     for (std::size_t i = 0; i < frame.found.size(); ++i) misses.append(foundBy(frame, i).misses);
     if (outer != nullptr) outer->route.nodes.swap(frame.kept);

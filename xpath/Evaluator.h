@@ -1,9 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
 #include <memory>
-#include <memory_resource>
 #include <optional>
 #include <vector>
 
@@ -31,11 +29,7 @@ struct Outcome {
 class Evaluator {
 public:
     Evaluator(const Program& program, Document& document)
-        : mProgram(program),
-          mDocument(document),
-          mWalk(document),
-          mFrames(program.memory()),
-          mAbsolutePaths(program.absolutePathCount, program.memory()) {}
+        : mProgram(program), mDocument(document), mWalk(document) {}
 
     /// Evaluates the whole expression from the context nodes. To be called once.
     Outcome evaluate(NodeList context);
@@ -64,8 +58,6 @@ private:
 
     /// An expression that is being evaluated over its context.
     struct Frame {
-        explicit Frame(std::pmr::memory_resource* memory) : found(memory), folded(memory) {}
-
         const Expression* expression = nullptr;
         NodeList context;
         bool isPredicate = false;  ///< the context is to be filtered
@@ -77,10 +69,9 @@ private:
         std::size_t operand = 0;    ///< the operand reached
         Route route;                ///< of that operand
 
-        std::pmr::vector<Found> found;  ///< by operand, for relative paths
-        std::pmr::vector<std::optional<Item>>
-            folded;     ///< by fold; nothing where an operand is empty
-        NodeList kept;  ///< of the context, by a predicate
+        std::vector<Found> found;                 ///< by operand, for relative paths
+        std::vector<std::optional<Item>> folded;  ///< by fold; nothing where an operand is empty
+        NodeList kept;                            ///< of the context, by a predicate
 
         void reset(const Expression& next);
     };
@@ -125,10 +116,10 @@ private:
     Operations mOperations;
     Conditions mConditions{mOperations};  ///< of the step that is being taken
     /// Those in use come first; the others keep their memory for the next predicate.
-    std::pmr::deque<Frame> mFrames;
+    std::vector<std::unique_ptr<Frame>> mFrames;
     std::size_t mDepth = 0;
-    std::pmr::vector<Found> mAbsolutePaths;  ///< by their numbers
-    NodeList mSelected;                      ///< by the step that is being taken
+    std::vector<Found> mAbsolutePaths;  ///< by their numbers
+    NodeList mSelected;                 ///< by the step that is being taken
     Misses mMisses;
     Outcome mOutcome;
     NodeTable mResultNodes;

@@ -24,6 +24,9 @@ public:
         return mIsWholeName ? isNamed(node) : CompliesToKindTest(node, *mTest);
     }
 
+    /// Whether character data can pass.
+    bool acceptsText() const { return !mIsWholeName; }
+
 private:
     bool isNamed(const Object& node) const {
         if (NodeAccess::isElement(node)) {

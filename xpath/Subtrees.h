@@ -32,12 +32,6 @@ public:
 private:
     enum Mark : NodeTable::Value { ToCome, Passed };
 
-    /// The children of an element that are still to come.
-    struct Open {
-        Object* const* next;
-        Object* const* end;
-    };
-
     /// What remains to be done about a node that the walk has come to.
     struct Turn {
         bool isVisited;
@@ -49,8 +43,7 @@ private:
     Turn turnOf(const Object& node);
 
     void open(const Object& element) {
-        const auto& children = NodeAccess::childrenOf(static_cast<const Element&>(element));
-        mOpen.push_back({children.begin(), children.end()});
+        mOpen.push_back(NodeAccess::childrenOf(static_cast<const Element&>(element)));
     }
 
     // No call stack is used: a tree may be deeper than that. Invariant: `mOpen` holds what is still
@@ -65,10 +58,10 @@ private:
             open(top);
         }
         while (!mOpen.empty()) {
-            Open& siblings = mOpen.back();
-            if (siblings.next == siblings.end) {
+            NodeAccess::Children& siblings = mOpen.back();
+            if (siblings.empty()) {
                 mOpen.pop_back();
-            } else if (!pass(**siblings.next++, visit)) {
+            } else if (!pass(**siblings.first++, visit)) {
                 return false;
             }
         }
@@ -86,7 +79,7 @@ private:
     bool mAreSeveral = false;
     bool mIncludesTops = false;
     NodeTable mMarks;  ///< of the tops, when there are several
-    std::vector<Open> mOpen;
+    std::vector<NodeAccess::Children> mOpen;
 };
 
 }  // namespace Xml

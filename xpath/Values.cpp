@@ -125,7 +125,7 @@ std::string_view ValueTexts::keyOf(Object& node, TextBuffer& buffer) {
 }
 
 const CharData* ValueTexts::firstCharData(const Element& element) {
-    const Detail::ChildList& children = NodeAccess::childrenOf(element);
+    const NodeAccess::Children children = NodeAccess::childrenOf(element);
     const NodeTable::Value* known = mFarTexts.find(&element);
     std::size_t index = known != nullptr ? *known : 0;
     while (index < children.size() && !NodeAccess::isCharData(*children[index])) ++index;

@@ -490,10 +490,14 @@ private:
     template <class Visit>
     void forEachAttribute(const Visit& visit) const;
     void holdAttribute(std::unique_ptr<Attribute> attribute);
+    void noteChild(const Object& child);
     void insertAt(std::size_t place, Object* child);
     void dropUntrueMarks(Object* child);
     bool hasOnlyElements() const;
 
+    /// False only as long as no child is anything but character data. So much of a search can be
+    /// left out, as most elements hold only text.
+    bool mMayHoldElements = false;
     mutable Detail::NodeName mName;              ///< with the text that `toString` gave
     Detail::ChildList mChildren;                 ///< owned
     std::unique_ptr<AttributeList> mAttributes;  ///< null until there is one
