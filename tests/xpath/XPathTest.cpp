@@ -360,4 +360,50 @@ TEST_F(XPathTest, SeesChangesOfTheTree) {
     EXPECT_EQ(answerTo(query, "/l/i[1]/@id"), "@id=2");
 }
 
+Xml::Element* numberedElement() {
+    auto* element = new Xml::Element("n");
+    element->setAttribute("id", "1");
+    return element;
+}
+
+struct Arrival {
+    const char* name;
+    void (*bring)(Xml::Element& into);  ///< an element n#1, into one that holds only text
+};
+
+const Arrival kArrivals[] = {
+    {"added", [](Xml::Element& into) { into.addChild(numberedElement()); }},
+    {"added with a text",
+     [](Xml::Element& into) { into.addElement("n", "x")->setAttribute("id", "1"); }},
+    {"inserted", [](Xml::Element& into) { into.insertChild(into.getChild(0), numberedElement()); }},
+    {"copied",
+     [](Xml::Element& into) {
+         Xml::Element other("o");
+         other.addChild(numberedElement());
+         into = other;
+     }},
+    {"moved",
+     [](Xml::Element& into) {
+         Xml::Element other("o");
+         other.addChild(numberedElement());
+         into = std::move(other);
+     }},
+    {"with an element around it",
+     [](Xml::Element& into) {
+         Xml::Element other("o");
+         other.addChild(numberedElement());
+         into.addChild(other.clone());
+     }},
+};
+
+TEST_F(XPathTest, FindsElementsHoweverTheyCameIntoTheTree) {
+    for (const Arrival& arrival : kArrivals) {
+        SCOPED_TRACE(arrival.name);
+        const auto changed = xpath::parsed("<l><i>x</i></l>");
+        arrival.bring(*changed->getRoot()->getChild(0)->toElement());
+        XPath query(changed.get());
+        EXPECT_EQ(answerTo(query, "//n"), "n#1");
+    }
+}
+
 }  // namespace
