@@ -73,7 +73,7 @@ void Attribute::setHeldName(const std::string& name) {
 void Attribute::rename(const Detail::NodeName& name) {
     const std::string held = heldName();
     mName = name;
-    if (mIsListed) setHeldName(held);
+    if (is(Listed)) setHeldName(held);
 }
 
 std::string Attribute::text() const { return getName() + '=' + toXmlString(mValue); }

@@ -58,7 +58,7 @@ const DataHolder& CharData::getData() const {
     if (std::memchr(mData.toCString(), '&', size) == nullptr) return mData;
     DataHolder& plain = plainText().data;
     plain.clear();
-    appendReplaced(plain, mData, mDtd);
+    appendReplaced(plain, mData, dtd());
     return plain;
 }
 

@@ -54,7 +54,7 @@ void Document::linkContent() {
     if (mRoot) mRoot->linkTo(this);
     if (mDocumentDtd) mDocumentDtd->linkTo(this);
     touch();
-    if (!mPathTouched && mRoot) mRoot->forgetTouchedPaths();
+    if (!is(PathTouched) && mRoot) mRoot->forgetTouchedPaths();
 }
 
 // What is below the root may have been marked as touched up to here.

@@ -41,7 +41,7 @@ Element::Element(const std::string& name, const DataHolder& text) : Element(name
 
 // Touched, as setting its name would do.
 Element::Element(Detail::NodeName name, WithoutChildren) : mName(std::move(name)) {
-    mPathTouched = true;
+    mark(PathTouched, true);
 }
 
 Element::Element(const Element& other, WithoutChildren) : Object(other), mName(other.mName) {
@@ -52,8 +52,8 @@ Element::Element(const Element& other, WithoutChildren) : Object(other), mName(o
         holdAttribute(std::move(copy));
     });
     // A copy is touched, which takes its own link alone from it.
-    mSubtreeBound = other.mSubtreeBound && other.mDtd == nullptr;
-    mDtd = nullptr;
+    mark(SubtreeBound, other.is(SubtreeBound) && other.dtd() == nullptr);
+    mDtd.setTarget(nullptr);
 }
 
 // In document order and without recursion. Invariant: what a copy of `open` lacks of its children
@@ -88,7 +88,7 @@ void Element::holdCopyOf(const Object& child) {
     mChildren.insert(mChildren.size(), copy);
     noteChild(*copy);
     copy->linkTo(this);
-    if (copy->mDtd != nullptr || !copy->mSubtreeBound) copy->forgetBoundAbove();
+    if (copy->dtd() != nullptr || !copy->is(SubtreeBound)) copy->forgetBoundAbove();
 }
 
 Element::Element(Element&& other) noexcept {
@@ -120,14 +120,16 @@ Element::~Element() { destroyChildren(); }
 
 // Everything but the place in the tree and what goes with it.
 void Element::swapContent(Element& other) {
-    std::swap(mMayHoldElements, other.mMayHoldElements);
+    const bool otherMayHoldElements = other.is(MayHoldElements);
+    other.mark(MayHoldElements, is(MayHoldElements));
+    mark(MayHoldElements, otherMayHoldElements);
     mChildren.swap(other.mChildren);
     mAttributes.swap(other.mAttributes);
     mName.swap(other.mName);
     for (Element* element : {this, &other}) {
         for (Object* child : element->mChildren) child->linkTo(element);
         element->forEachAttribute([=](Attribute& attribute) { attribute.linkTo(element); });
-        element->mSubtreeBound = element->mChildren.empty() && element->mAttributes == nullptr;
+        element->mark(SubtreeBound, element->mChildren.empty() && element->mAttributes == nullptr);
         element->forgetBoundAbove();
     }
 }
@@ -140,7 +142,7 @@ void Element::destroyChildren() {
     while (node != this || !mChildren.empty()) {
         if (node->mChildren.empty()) {
             const std::unique_ptr<Element> done(node);
-            node = static_cast<Element*>(done->mParent);
+            node = static_cast<Element*>(done->getParent());
             continue;
         }
         Object* child = node->mChildren.back();
@@ -149,7 +151,7 @@ void Element::destroyChildren() {
         if (isExactly<CharData>(*child)) {
             destroyExactly(static_cast<CharData*>(child));
         } else if (child->isElement()) {
-            child->mParent = node;
+            child->mParent.setTarget(node);
             node = child->toElement();
         } else {
             delete child;
@@ -187,9 +189,9 @@ private:
     };
 
     Open open(Element& element) const {
-        element.mDtd = mDtd;
-        element.mSubtreeBound = false;
-        if (mDtd != nullptr) element.mPathTouched = false;
+        element.mDtd.setTarget(mDtd);
+        element.mark(SubtreeBound, false);
+        if (mDtd != nullptr) element.mark(PathTouched, false);
         return {&element, 0, true};
     }
 
@@ -198,7 +200,7 @@ private:
         const auto& children = here.element->mChildren;
         while (here.next < children.size()) {
             Object* child = children[here.next++];
-            here.areBound = here.areBound && child->mIsHeld && child->mParent == here.element;
+            here.areBound = here.areBound && child->is(Held) && child->getParent() == here.element;
             if (isExactly<CharData>(*child)) {
                 child->Object::setDtd(mDtd);
             } else if (!isExactly<Element>(*child)) {
@@ -215,8 +217,8 @@ private:
     // the DTD, or changed what was bound before.
     bool finish(Open& here) {
         const bool areBound = mHasOthers ? here.element->hasBoundChildren() : here.areBound;
-        here.element->mSubtreeBound = here.element->bindAttributes() && areBound;
-        return here.element->mSubtreeBound;
+        here.element->mark(SubtreeBound, here.element->bindAttributes() && areBound);
+        return here.element->is(SubtreeBound);
     }
 
     const Dtd* mDtd;
@@ -236,16 +238,16 @@ void Element::setDtd(const Dtd* dtd) {
 bool Element::bindAttributes() {
     bool areLinked = true;
     forEachAttribute([&](Attribute& attribute) {
-        attribute.Object::setDtd(mDtd);
-        areLinked = areLinked && attribute.mIsHeld && attribute.mParent == this;
+        attribute.Object::setDtd(dtd());
+        areLinked = areLinked && attribute.is(Held) && attribute.getParent() == this;
     });
     return areLinked;
 }
 
 bool Element::hasBoundChildren() const {
     return std::all_of(mChildren.begin(), mChildren.end(), [this](Object* child) {
-        if (child->mDtd != mDtd) child->forgetTouchedPaths();
-        return child->mIsHeld && child->mParent == this && child->isWhollyBoundTo(mDtd);
+        if (child->dtd() != dtd()) child->forgetTouchedPaths();
+        return child->is(Held) && child->getParent() == this && child->isWhollyBoundTo(dtd());
     });
 }
 
@@ -288,21 +290,21 @@ void Element::insertChild(const Object* before, Object* child) {
 void Element::insertAt(std::size_t place, Object* child) {
     mChildren.makeRoom();
     noteChild(*child);
-    child->setDtd(mDtd);
+    child->setDtd(dtd());
     mChildren.insert(place, child);
     child->linkTo(this);
-    if (!child->isWhollyBoundTo(mDtd)) child->forgetBoundAbove();
+    if (!child->isWhollyBoundTo(dtd())) child->forgetBoundAbove();
     touch();
     dropUntrueMarks(child);
 }
 
 void Element::noteChild(const Object& child) {
-    if (!isExactly<CharData>(child)) mMayHoldElements = true;
+    if (!isExactly<CharData>(child)) mark(MayHoldElements, true);
 }
 
 // A new child may bring marks along that its place here does not bear out.
 void Element::dropUntrueMarks(Object* child) {
-    if (!mPathTouched || !child->followsParent()) child->forgetTouchedPaths();
+    if (!is(PathTouched) || !child->followsParent()) child->forgetTouchedPaths();
 }
 
 Object* Element::extractChild(Object* child) {
@@ -327,15 +329,15 @@ void Element::killChildren() {
 
 void Element::holdAttribute(std::unique_ptr<Attribute> attribute) {
     attribute->linkTo(this);
-    attribute->mIsListed = true;
+    attribute->mark(Listed, true);
     if (!mAttributes) mAttributes = std::make_unique<AttributeList>();
     mAttributes->insert(std::move(attribute));
 }
 
 void Element::setAttribute(const std::string& name, const DataHolder& value) {
     auto attribute = std::make_unique<Attribute>(name, value);
-    attribute->mParent = this;
-    attribute->mDtd = mDtd;
+    attribute->mParent.setTarget(this);
+    attribute->mDtd.setTarget(dtd());
     if (Attribute* present = getAttribute(name)) {
         *present = *attribute;
     } else {

@@ -86,8 +86,8 @@ int Element::getAttributeCount() const { return mAttributes ? mAttributes->size(
 
 const DataHolder& Element::getAttributeValue(const std::string& name) const {
     if (const Attribute* attribute = getAttribute(name)) return attribute->getValue();
-    if (mDtd != nullptr && mDtd->hasDefaultValue(getName(), name)) {
-        return mDtd->getDefaultValue(getName(), name);
+    if (dtd() != nullptr && dtd()->hasDefaultValue(getName(), name)) {
+        return dtd()->getDefaultValue(getName(), name);
     }
     return emptyText();
 }

@@ -43,7 +43,9 @@ public:
         return {element.mChildren.begin(), element.mChildren.end()};
     }
     /// False when all children are character data.
-    static bool mayHoldElements(const Element& element) { return element.mMayHoldElements; }
+    static bool mayHoldElements(const Element& element) {
+        return element.is(Object::MayHoldElements);
+    }
     static const DataHolder& valueOf(const Attribute& attribute) { return attribute.mValue; }
     /// The escaped text.
     static const DataHolder& textOf(const CharData& text) { return text.mData; }

@@ -41,29 +41,29 @@ void Object::operator delete(void* node, std::size_t, std::align_val_t alignment
 
 Object::Object() = default;
 
-Object::Object(const Object& other) : mDtd(other.mDtd) {}
+Object::Object(const Object& other) { mDtd.setTarget(other.dtd()); }
 
 Object& Object::operator=(const Object& other) {
     if (this == &other) return *this;
     forgetBoundAbove();
     forgetTouchedPaths();
-    mDtd = other.mDtd;
-    mParent = other.mParent;
-    mIsHeld = false;
+    mDtd.setTarget(other.dtd());
+    mParent.setTarget(other.getParent());
+    mark(Held, false);
     mWriteStart = other.mWriteStart;
     mWriteEnd = other.mWriteEnd;
-    mTouched = other.mTouched;
+    mark(Touched, other.is(Touched));
     return *this;
 }
 
 Object::~Object() = default;
 
 void Object::setDtd(const Dtd* dtd) {
-    mSubtreeBound = true;
-    if (mDtd == dtd) return;
+    mark(SubtreeBound, true);
+    if (this->dtd() == dtd) return;
     forgetBoundAbove();
-    mDtd = dtd;
-    if (dtd != nullptr) mPathTouched = false;
+    mDtd.setTarget(dtd);
+    if (dtd != nullptr) mark(PathTouched, false);
 }
 
 bool Object::isElement() const { return false; }
@@ -72,28 +72,26 @@ bool Object::isCharData() const { return false; }
 bool Object::isDtd() const { return false; }
 bool Object::isDocument() const { return false; }
 
-Object* Object::getParent() const { return mParent; }
-
 void Object::setParent(Object* parent) {
-    if (mParent == parent) return;
+    if (getParent() == parent) return;
     forgetBoundAbove();
     forgetTouchedPaths();
-    mParent = parent;
-    mIsHeld = false;
+    mParent.setTarget(parent);
+    mark(Held, false);
 }
 
 // The holder is null for none.
 void Object::linkTo(Object* holder) {
-    mParent = holder;
-    mIsHeld = holder != nullptr;
+    mParent.setTarget(holder);
+    mark(Held, holder != nullptr);
 }
 
-bool Object::isPathTouched() const { return mTouched && mDtd == nullptr && mPathTouched; }
+bool Object::isPathTouched() const { return is(Touched) && dtd() == nullptr && is(PathTouched); }
 
 // Whether writing and binding the parent does so to this node too. What an element of a class that
 // a caller derived does cannot be known.
 bool Object::followsParent() const {
-    return mIsHeld && (isExactly<Element>(*mParent) || mParent->isDocument());
+    return is(Held) && (isExactly<Element>(*getParent()) || getParent()->isDocument());
 }
 
 // Stops where all the rest is known to be touched already, so that building a deep tree from the
@@ -101,32 +99,32 @@ bool Object::followsParent() const {
 void Object::touch() {
     Object* firstMarked = this;
     Object* node = this;
-    for (; node != nullptr && !node->isPathTouched(); node = node->mParent) {
-        if (node->mDtd != nullptr) node->mSubtreeBound = false;
-        node->mDtd = nullptr;
-        node->mTouched = true;
-        node->mPathTouched = false;
-        if (node->mParent != nullptr && !node->followsParent()) firstMarked = node->mParent;
+    for (; node != nullptr && !node->isPathTouched(); node = node->getParent()) {
+        if (node->dtd() != nullptr) node->mark(SubtreeBound, false);
+        node->mDtd.setTarget(nullptr);
+        node->mark(Touched, true);
+        node->mark(PathTouched, false);
+        if (node->getParent() != nullptr && !node->followsParent()) firstMarked = node->getParent();
     }
-    for (Object* marked = firstMarked; marked != node; marked = marked->mParent) {
-        marked->mPathTouched = marked->isElement() || marked->isDocument();
+    for (Object* marked = firstMarked; marked != node; marked = marked->getParent()) {
+        marked->mark(PathTouched, marked->isElement() || marked->isDocument());
     }
 }
 
 // For when the nodes above change otherwise than by touching.
 void Object::forgetTouchedPaths() {
-    if (!mPathTouched) return;
-    mPathTouched = false;
+    if (!is(PathTouched)) return;
+    mark(PathTouched, false);
     Element* top = isDocument() ? toDocument()->getRoot() : isElement() ? toElement() : nullptr;
     std::vector<Element*> pending;
     if (top != nullptr) pending.push_back(top);
     while (!pending.empty()) {
         Element* element = pending.back();
         pending.pop_back();
-        element->mPathTouched = false;
+        element->mark(PathTouched, false);
         for (int i = 0; i < element->getChildCount(); ++i) {
             Object* child = element->getChild(i);
-            if (child->mPathTouched && child->isElement()) pending.push_back(child->toElement());
+            if (child->is(PathTouched) && child->isElement()) pending.push_back(child->toElement());
         }
     }
 }
@@ -134,12 +132,15 @@ void Object::forgetTouchedPaths() {
 // For when this node's DTD becomes another than that of the nodes above. Above a node that is not
 // marked none is. A link that nothing holds is not followed: what it leads to may be gone.
 void Object::forgetBoundAbove() {
-    for (Object* node = this; node->mIsHeld && node->mParent->mSubtreeBound; node = node->mParent) {
-        node->mParent->mSubtreeBound = false;
+    for (Object* node = this; node->is(Held) && node->getParent()->is(SubtreeBound);
+         node = node->getParent()) {
+        node->getParent()->mark(SubtreeBound, false);
     }
 }
 
-bool Object::isWhollyBoundTo(const Dtd* dtd) const { return mDtd == dtd && mSubtreeBound; }
+bool Object::isWhollyBoundTo(const Dtd* dtd) const {
+    return this->dtd() == dtd && is(SubtreeBound);
+}
 
 bool Object::setRWOptimization(bool on) {
     const bool previous = skipsUnchanged;
@@ -158,14 +159,14 @@ void Object::toStream(OutStream& out) {
 
 // False when the node's text stands in the stream already and is to be passed over.
 bool Object::beginWrite(int position) {
-    if (skipsUnchanged && !mTouched && position == mWriteStart) return false;
+    if (skipsUnchanged && !is(Touched) && position == mWriteStart) return false;
     mWriteStart = position;
     return true;
 }
 
 void Object::endWrite(int position) {
     mWriteEnd = position;
-    mTouched = false;
+    mark(Touched, false);
 }
 
 Element* Object::toElement() { return checkedCast<Element>(this, isElement(), kNotAnElement); }

@@ -27,7 +27,7 @@ void TreeBuilder::beginElement(const char* name, std::size_t size,
 
 void TreeBuilder::beginElement(std::unique_ptr<Element> element) {
     Element* opened = element.get();
-    innermost().mMayHoldElements = true;
+    innermost().mark(Object::MayHoldElements, true);
     add(std::move(element));
     mOpen.push_back({opened, mChildren.size()});
 }
@@ -43,7 +43,7 @@ void TreeBuilder::addElement(const char* name, std::size_t size,
 }
 
 void TreeBuilder::addElement(std::unique_ptr<Element> element) {
-    innermost().mMayHoldElements = true;
+    innermost().mark(Object::MayHoldElements, true);
     add(std::move(element));
 }
 
@@ -75,7 +75,7 @@ void TreeBuilder::setAttributes(Element& element, const std::vector<AttributeTex
             continue;
         }
         attribute->linkTo(&element);
-        attribute->mIsListed = true;
+        attribute->mark(Object::Listed, true);
         list.insert(std::move(attribute));
     }
 }

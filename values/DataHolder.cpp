@@ -11,7 +11,7 @@
 namespace Xml {
 namespace {
 
-constexpr std::size_t kGrain = 16;
+constexpr std::size_t kGrain = 8;
 constexpr std::size_t kLargestInGrains = 512;  // what is not pooled has sizes of any kind
 
 // Sizes are told as `int`.

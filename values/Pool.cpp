@@ -26,11 +26,13 @@ constexpr bool kIsPooled = !__has_feature(address_sanitizer);
 constexpr bool kIsPooled = true;
 #endif
 
-constexpr std::array<std::uint16_t, 16> kBlockSizes = {16,  32,  48,  64,  80,  96,  112, 128,
-                                                       160, 192, 224, 256, 320, 384, 448, 512};
+// Whatever size is a multiple of 16 has a block size that is one too, so that its blocks are
+// aligned for anything that may have such a size.
+constexpr std::size_t kGrain = 8;
+constexpr std::array<std::uint16_t, 19> kBlockSizes = {
+    16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384, 448, 512};
 constexpr std::size_t kClasses = kBlockSizes.size();
 constexpr std::size_t kLargestBlock = kBlockSizes.back();
-constexpr std::size_t kGrain = kBlockSizes.front();
 constexpr std::size_t kSlabSize = 16384;
 constexpr std::size_t kFewestSlabs = 8;  // in a region
 constexpr std::size_t kMostSlabs = 128;  // the size of a large page, of processors that have such
@@ -83,7 +85,7 @@ std::size_t alignmentOf(std::size_t slabs) {
 /// The header of a slab, in front of its blocks. It tells which of them are free, so that freeing a
 /// block does not touch it: mostly it has left the cache long ago.
 struct Slab {
-    static constexpr std::size_t kWords = kSlabSize / kGrain / 64;
+    static constexpr std::size_t kWords = kSlabSize / kBlockSizes.front() / 64;
 
     Region* region;
     Slab* next;  ///< in the list that the slab is in, if it is in one

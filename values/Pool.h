@@ -16,7 +16,7 @@ void* allocate(std::size_t size);
 /// Needs: `size` is what the block was allocated with, or what `usableSize` makes of it. Null is
 /// left alone.
 void release(void* block, std::size_t size) noexcept;
-/// How many bytes a block of `size` has room for: the same, or a multiple of 16.
+/// How many bytes a block of `size` has room for: the same, or a multiple of 8.
 std::size_t usableSize(std::size_t size);
 
 }  // namespace Pool

@@ -74,6 +74,31 @@ private:
     const char* mTagged;
 };
 
+/// A link to a node, or none, and three flags. They take the low bits of the address, which is a
+/// multiple of 8.
+template <class Node>
+class FlaggedLink {
+public:
+    /// To none.
+    explicit FlaggedLink(unsigned flags) : mBits(flags) {}
+
+    Node* target() const {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): nodes take an eighth less memory
+        return reinterpret_cast<Node*>(mBits & ~kFlags);
+    }
+    /// Leaves the flags as they are.
+    void setTarget(Node* node) {
+        mBits = reinterpret_cast<std::uintptr_t>(node) | (mBits & kFlags);
+    }
+    bool has(unsigned flag) const { return (mBits & flag) != 0; }
+    void mark(unsigned flag, bool on) { mBits = on ? mBits | flag : mBits & ~std::uintptr_t{flag}; }
+
+private:
+    static constexpr std::uintptr_t kFlags = 7;
+
+    alignas(8) std::uintptr_t mBits;
+};
+
 /// The children of an element, in the order of the document. Does not own them.
 class VEXXML_API ChildList {
 public:
@@ -152,7 +177,7 @@ public:
     virtual bool isDocument() const;
 
     /// The node that holds this one; null at the top.
-    Object* getParent() const;
+    Object* getParent() const { return mParent.target(); }
     /// Only sets the link: the node does not become a child by it, and nothing is touched.
     void setParent(Object* parent);
 
@@ -190,9 +215,11 @@ protected:
     virtual void write(OutStream& out) const = 0;
 
 private:
+    friend class Attribute;
     friend class CharData;
     friend class Document;
     friend class Element;
+    friend class NodeAccess;
     friend class TreeBuilder;
 
     void linkTo(Object* holder);
@@ -204,18 +231,34 @@ private:
     void forgetBoundAbove();
     bool isWhollyBoundTo(const Dtd* dtd) const;
 
-    const Dtd* mDtd = nullptr;
-    Object* mParent = nullptr;
+    /// The first three lie with the link to the DTD, the others with that to the parent.
+    enum Flag : unsigned char {
+        Touched = 1,
+        /// Everything from here to the top is touched and unbound, and writing or binding any of it
+        /// does so to this node too. So `touch` need not go on from here. Only elements and
+        /// documents are marked like this, and below one that is not marked none is.
+        PathTouched = 2,
+        /// Everything below is bound to the DTD of this node, so `setDtd` need not go there again.
+        SubtreeBound = 4,
+        /// By the parent, rather than linked to it by `setParent` alone.
+        Held = 8,
+        /// Of an attribute: among those of an element.
+        Listed = 16,
+        /// Of an element: not marked only as long as no child is anything but character data. So
+        /// much of a search can be left out, as most elements hold only text.
+        MayHoldElements = 32
+    };
+
+    const Dtd* dtd() const { return mDtd.target(); }
+    bool is(Flag flag) const { return flag < Held ? mDtd.has(flag) : mParent.has(flag / Held); }
+    void mark(Flag flag, bool on) {
+        flag < Held ? mDtd.mark(flag, on) : mParent.mark(flag / Held, on);
+    }
+
+    Detail::FlaggedLink<const Dtd> mDtd{Touched | SubtreeBound};
+    Detail::FlaggedLink<Object> mParent{0};
     int mWriteStart = -1;  ///< where the text began when last written; -1 when never written
     int mWriteEnd = -1;    ///< just behind the text; -1 when never written
-    bool mTouched = true;
-    bool mIsHeld = false;  ///< by the parent, rather than linked to it by `setParent` alone
-    /// Everything from here to the top is touched and unbound, and writing or binding any of it
-    /// does so to this node too. So `touch` need not go on from here. Only elements and documents
-    /// are marked like this, and below one that is not marked none is.
-    bool mPathTouched = false;
-    /// Everything below is bound to `mDtd`, so `setDtd` need not go there again.
-    bool mSubtreeBound = true;
 };
 
 /// A name and its value, held by an element.
@@ -262,7 +305,6 @@ private:
     void rename(const Detail::NodeName& name);
     std::string text() const;
 
-    bool mIsListed = false;          ///< among the attributes of an element
     mutable Detail::NodeName mName;  ///< with the text that `toString` gave
     DataHolder mValue;
 };
@@ -495,9 +537,6 @@ private:
     void dropUntrueMarks(Object* child);
     bool hasOnlyElements() const;
 
-    /// False only as long as no child is anything but character data. So much of a search can be
-    /// left out, as most elements hold only text.
-    bool mMayHoldElements = false;
     mutable Detail::NodeName mName;              ///< with the text that `toString` gave
     Detail::ChildList mChildren;                 ///< owned
     std::unique_ptr<AttributeList> mAttributes;  ///< null until there is one

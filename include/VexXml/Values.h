@@ -79,7 +79,7 @@ private:
     struct LongText {
         char* bytes;
         std::uint32_t size;
-        std::uint8_t grains;  ///< of 16 bytes, in the storage; 0 when the capacity stands in front
+        std::uint8_t grains;  ///< of 8 bytes, in the storage; 0 when the capacity stands in front
         std::uint8_t unused[kSmallCapacity - sizeof(char*) - sizeof(std::uint32_t) - 1];
         std::uint8_t tag;  ///< `kLong`
     };
