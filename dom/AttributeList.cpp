@@ -1,68 +1,86 @@
 #include "dom/AttributeList.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
+#include "dom/Exactly.h"
 #include "values/Pool.h"
 
 namespace Xml {
-namespace {
 
-constexpr std::uint32_t kMostInOnePiece = 128;
-constexpr std::size_t kItemSize = sizeof(void*);
-
-}  // namespace
-
-AttributeList::~AttributeList() {
-    for (std::uint32_t i = 0; i < mSize; ++i) delete mItems[i];
-    freeItems();
+void Detail::AttributeListDeleter::operator()(AttributeList* list) const noexcept {
+    AttributeList::destroy(list);
 }
 
-void* AttributeList::operator new(std::size_t size) { return Pool::allocate(size); }
+AttributeList::Owner AttributeList::withRoomFor(std::size_t count) {
+    return make(static_cast<std::uint32_t>(std::min<std::size_t>(count, kMostInOnePiece)));
+}
 
-void AttributeList::operator delete(void* list, std::size_t size) noexcept {
-    Pool::release(list, size);
+// Room that there is anyway is used.
+AttributeList::Owner AttributeList::make(std::uint32_t capacity) {
+    const std::size_t bytes = Pool::usableSize(bytesFor(capacity));
+    const std::size_t room = capacity > 0 ? (bytes - sizeof(AttributeList)) / kItemSize : 0;
+    return Owner(new (Pool::allocate(bytes)) AttributeList(static_cast<std::uint32_t>(room)));
+}
+
+// The attributes stay where they are.
+AttributeList::Owner AttributeList::inBlocks(Owner list) {
+    Owner moved = make(0);
+    moved->blocks() = nullptr;
+    moved->blocks() = new AttributeBlocks(list->items(), list->mSize);
+    list->mSize = 0;
+    return moved;
+}
+
+std::size_t AttributeList::bytesFor(std::size_t count) {
+    return sizeof(AttributeList) + std::max<std::size_t>(count, 1) * kItemSize;
+}
+
+void AttributeList::destroy(AttributeList* list) noexcept {
+    if (list->isInBlocks()) {
+        delete list->blocks();
+    } else {
+        std::for_each_n(list->items(), list->mSize, deleteExactly<Attribute>);
+    }
+    Pool::release(list, bytesFor(list->mCapacity));
 }
 
 Attribute* AttributeList::find(const std::string& name) const {
-    if (mBlocks) return mBlocks->find(name);
+    if (isInBlocks()) return blocks()->find(name);
     const std::uint32_t place = placeOf(name);
-    return holds(place, name) ? mItems[place] : nullptr;
+    return holds(place, name) ? items()[place] : nullptr;
 }
 
-void AttributeList::insert(std::unique_ptr<Attribute> attribute) {
-    if (mSize == kMostInOnePiece) moveToBlocks();
-    if (mBlocks) return mBlocks->insert(std::move(attribute));
-    const std::uint32_t place = placeOf(attribute->heldName());
-    if (mSize == mCapacity) reserve(std::min(mSize + 1 + mSize / 2, kMostInOnePiece));
-    std::copy_backward(mItems + place, mItems + mSize, mItems + mSize + 1);
-    mItems[place] = attribute.release();
-    ++mSize;
+void AttributeList::insert(Owner& list, std::unique_ptr<Attribute> attribute) {
+    if (!list) list = make(1);
+    if (list->mSize == kMostInOnePiece) list = inBlocks(std::move(list));
+    if (list->isInBlocks()) return list->blocks()->insert(std::move(attribute));
+    const std::uint32_t place = list->placeOf(attribute->heldName());
+    if (list->mSize == list->mCapacity) {
+        Owner larger = make(std::min(list->mSize + 1 + list->mSize / 2, kMostInOnePiece));
+        std::copy_n(list->items(), list->mSize, larger->items());
+        larger->mSize = std::exchange(list->mSize, 0);
+        list = std::move(larger);
+    }
+    Attribute** const end = list->items() + list->mSize++;
+    std::copy_backward(list->items() + place, end, end + 1);
+    list->items()[place] = attribute.release();
 }
 
 void AttributeList::erase(int index) {
-    if (mBlocks) return mBlocks->erase(index);
-    delete mItems[index];
-    std::copy(mItems + index + 1, mItems + mSize, mItems + index);
+    if (isInBlocks()) return blocks()->erase(index);
+    delete items()[index];
+    std::copy(items() + index + 1, items() + mSize, items() + index);
     --mSize;
 }
 
 bool AttributeList::erase(const std::string& name) {
-    if (mBlocks) return mBlocks->erase(name);
+    if (isInBlocks()) return blocks()->erase(name);
     const std::uint32_t place = placeOf(name);
     if (!holds(place, name)) return false;
     erase(static_cast<int>(place));
     return true;
-}
-
-void AttributeList::reserve(std::size_t count) {
-    if (count <= mCapacity || count > kMostInOnePiece) return;
-    const std::size_t bytes = Pool::usableSize(count * kItemSize);
-    auto* moved = static_cast<Attribute**>(Pool::allocate(bytes));
-    std::copy(mItems, mItems + mSize, moved);
-    freeItems();
-    mItems = moved;
-    mCapacity = static_cast<std::uint32_t>(bytes / kItemSize);
 }
 
 // Where the attribute is, or would be inserted.
@@ -70,24 +88,12 @@ std::uint32_t AttributeList::placeOf(const std::string& name) const {
     const auto isBefore = [](const Attribute* attribute, const std::string& wanted) {
         return attribute->heldName() < wanted;
     };
-    Attribute* const* place = std::lower_bound(mItems, mItems + mSize, name, isBefore);
-    return static_cast<std::uint32_t>(place - mItems);
+    return static_cast<std::uint32_t>(std::lower_bound(items(), items() + mSize, name, isBefore) -
+                                      items());
 }
 
 bool AttributeList::holds(std::uint32_t place, const std::string& name) const {
-    return place < mSize && mItems[place]->heldName() == name;
-}
-
-void AttributeList::moveToBlocks() {
-    mBlocks = std::make_unique<AttributeBlocks>(mItems, mSize);
-    mSize = 0;
-    freeItems();
-}
-
-void AttributeList::freeItems() noexcept {
-    Pool::release(static_cast<void*>(mItems), mCapacity * kItemSize);
-    mItems = nullptr;
-    mCapacity = 0;
+    return place < mSize && items()[place]->heldName() == name;
 }
 
 }  // namespace Xml

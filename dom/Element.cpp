@@ -18,12 +18,6 @@ void prefetchBefore(const Object& node) {
     __builtin_prefetch(reinterpret_cast<const char*>(&node) - kDistance);
 }
 
-// What `delete` does, for a node of just that class.
-void destroyExactly(CharData* text) {
-    text->CharData::~CharData();
-    Pool::release(text, sizeof *text);
-}
-
 }  // namespace
 
 template <class Visit>
@@ -149,7 +143,7 @@ void Element::destroyChildren() {
         node->mChildren.pop_back();
         prefetchBefore(*child);
         if (isExactly<CharData>(*child)) {
-            destroyExactly(static_cast<CharData*>(child));
+            deleteExactly(static_cast<CharData*>(child));
         } else if (child->isElement()) {
             child->mParent.setTarget(node);
             node = child->toElement();
@@ -330,8 +324,7 @@ void Element::killChildren() {
 void Element::holdAttribute(std::unique_ptr<Attribute> attribute) {
     attribute->linkTo(this);
     attribute->mark(Listed, true);
-    if (!mAttributes) mAttributes = std::make_unique<AttributeList>();
-    mAttributes->insert(std::move(attribute));
+    AttributeList::insert(mAttributes, std::move(attribute));
 }
 
 void Element::setAttribute(const std::string& name, const DataHolder& value) {

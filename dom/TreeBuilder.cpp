@@ -1,7 +1,8 @@
 #include "dom/TreeBuilder.h"
 
-#include <cstring>
+#include <algorithm>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "dom/AttributeList.h"
@@ -59,25 +60,56 @@ std::unique_ptr<Element> TreeBuilder::makeElement(const char* name, std::size_t 
     return element;
 }
 
-// What is set twice takes the way that says what becomes of the first.
+// Attributes that are very many, or set twice, take the way on which nothing is known of them.
 void TreeBuilder::setAttributes(Element& element, const std::vector<AttributeText>& attributes) {
-    element.mAttributes = std::make_unique<AttributeList>();
-    AttributeList& list = *element.mAttributes;
-    list.reserve(attributes.size());
-    for (const AttributeText& text : attributes) {
+    if (!orderAttributes(attributes)) {
+        for (const AttributeText& text : attributes) {
+            element.setAttribute({text.name, text.nameSize}, valueOf(text));
+        }
+        return;
+    }
+    element.mAttributes = AttributeList::withRoomFor(attributes.size());
+    for (const std::size_t place : mOrder) {
         std::unique_ptr<Attribute> attribute(
-            new Attribute(Detail::NodeName(text.name, text.nameSize), text.value, text.valueSize));
-        if (std::memchr(text.value, '&', text.valueSize) != nullptr) {
-            replaceEntities(attribute->mValue, mDtd);
-        }
-        if (list.find(attribute->getName()) != nullptr) {
-            element.setAttribute(attribute->getName(), attribute->getValue());
-            continue;
-        }
+            new Attribute(mNames[place], valueOf(attributes[place])));
         attribute->linkTo(&element);
         attribute->mark(Object::Listed, true);
-        list.insert(std::move(attribute));
+        element.mAttributes->append(std::move(attribute));
     }
+}
+
+// False when there is no such order.
+bool TreeBuilder::orderAttributes(const std::vector<AttributeText>& attributes) {
+    if (areNamedAsBefore(attributes)) return true;
+    mNames.clear();
+    mOrder.clear();
+    if (AttributeList::isVeryMany(attributes.size())) return false;
+    for (const AttributeText& attribute : attributes) {
+        mOrder.push_back(mNames.size());
+        mNames.emplace_back(attribute.name, attribute.nameSize);
+    }
+    const auto nameAt = [this](std::size_t place) -> const std::string& {
+        return mNames[place].text();
+    };
+    std::sort(mOrder.begin(), mOrder.end(),
+              [&](std::size_t a, std::size_t b) { return nameAt(a) < nameAt(b); });
+    const auto isSame = [&](std::size_t a, std::size_t b) { return nameAt(a) == nameAt(b); };
+    const bool areUnique = std::adjacent_find(mOrder.begin(), mOrder.end(), isSame) == mOrder.end();
+    if (!areUnique) mNames.clear();
+    return areUnique;
+}
+
+bool TreeBuilder::areNamedAsBefore(const std::vector<AttributeText>& attributes) const {
+    return std::equal(attributes.begin(), attributes.end(), mNames.begin(), mNames.end(),
+                      [](const AttributeText& attribute, const Detail::NodeName& name) {
+                          return std::string_view(attribute.name, attribute.nameSize) ==
+                                 name.text();
+                      });
+}
+
+DataHolder TreeBuilder::valueOf(const AttributeText& attribute) const {
+    DataHolder value(attribute.value, attribute.valueSize);
+    return std::move(replaceEntities(value, mDtd));
 }
 
 void TreeBuilder::add(std::unique_ptr<Object> child) {

@@ -59,11 +59,18 @@ private:
     std::unique_ptr<Element> makeElement(const char* name, std::size_t size,
                                          const std::vector<AttributeText>& attributes);
     void setAttributes(Element& element, const std::vector<AttributeText>& attributes);
+    bool orderAttributes(const std::vector<AttributeText>& attributes);
+    bool areNamedAsBefore(const std::vector<AttributeText>& attributes) const;
+    DataHolder valueOf(const AttributeText& attribute) const;
     void add(std::unique_ptr<Object> child);
     void attachChildren();
     void deleteChildren(std::size_t from) noexcept;
 
     const Dtd* mDtd;
+    /// The names of the attributes of the latest element that has some, in the order of the text,
+    /// and the places there of all in the order of the names. The next one mostly has the same.
+    std::vector<Detail::NodeName> mNames;
+    std::vector<std::size_t> mOrder;
     std::vector<Open> mOpen;
     /// Owned: the children of the open elements that are not attached, those of outer ones first.
     /// The open elements, but for the root, are among them.

@@ -99,6 +99,10 @@ private:
     alignas(8) std::uintptr_t mBits;
 };
 
+struct AttributeListDeleter {
+    void operator()(AttributeList* list) const noexcept;
+};
+
 /// The children of an element, in the order of the document. Does not own them.
 class VEXXML_API ChildList {
 public:
@@ -299,7 +303,7 @@ private:
     friend class NodeAccess;
     friend class TreeBuilder;
 
-    Attribute(const Detail::NodeName& name, const char* value, std::size_t size);
+    Attribute(const Detail::NodeName& name, DataHolder value);
     const std::string& heldName() const;
     void setHeldName(const std::string& name);
     void rename(const Detail::NodeName& name);
@@ -537,9 +541,10 @@ private:
     void dropUntrueMarks(Object* child);
     bool hasOnlyElements() const;
 
-    mutable Detail::NodeName mName;              ///< with the text that `toString` gave
-    Detail::ChildList mChildren;                 ///< owned
-    std::unique_ptr<AttributeList> mAttributes;  ///< null until there is one
+    mutable Detail::NodeName mName;  ///< with the text that `toString` gave
+    Detail::ChildList mChildren;     ///< owned
+    /// Null until there is one.
+    std::unique_ptr<AttributeList, Detail::AttributeListDeleter> mAttributes;
 };
 
 /// A root element with an optional DTD.
