@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <ios>
+#include <exception>
 
 namespace Xml {
 namespace {
@@ -25,12 +25,12 @@ TextWindow::TextWindow(InStream& in) : mIn(in) {
     takeBack();
 }
 
-// A stream may throw when it is moved, as its owner asked, but not from a destructor; its state
-// shows the failure.
+// A stream may throw when it is moved, as its owner asked, and its line starts take memory, but
+// nothing comes out of a destructor; the state of the stream shows the failure.
 TextWindow::~TextWindow() {
     try {
         handOver();
-    } catch (const std::ios_base::failure&) {
+    } catch (const std::exception&) {
         mIsOpen = false;
     }
 }
@@ -61,9 +61,11 @@ bool TextWindow::grow() {
     const bool mayReachBeyond = mHasMissed || mSize - mAt < kNearEnd;
     if (mIsComplete || !mayReachBeyond) return false;
     forget();
+    noteLineStarts();
     mBuffer.erase(0, mAt);
     mBase += mAt;
-    mAt = mNextReturn = 0;
+    mAt = 0;
+    startWalk();
     const std::size_t kept = mBuffer.size();
     const std::size_t wanted = std::max(mChunk, kept);
     mChunk = std::min(2 * mChunk, kLargestChunk);
@@ -76,23 +78,22 @@ bool TextWindow::grow() {
 
 void TextWindow::handOver() {
     forget();
+    noteLineStarts();
     if (mIsOpen) mIn.setPosition(static_cast<int>(mBase + mAt));
     mIsOpen = false;
 }
 
-// What is known of carriage returns further on still holds: looking for the next one again after
-// every comment would cost with the square of the text.
 void TextWindow::takeBack() {
     if (mIsComplete && mSize == 0) return;
     const int position = mIn.getPosition();
     const std::size_t place = static_cast<std::size_t>(position) - mBase;
     if (position >= 0 && place <= mSize) {
-        mNextReturn = place < mAt ? place : std::max(mNextReturn, place);
         mAt = place;
         mIsOpen = mSize > 0;
     } else {
         close(position);
     }
+    startWalk();
 }
 
 // A stream that has left what was read ahead is read ahead anew; one that has lost its position
@@ -100,25 +101,22 @@ void TextWindow::takeBack() {
 void TextWindow::close(int position) {
     mBuffer.clear();
     show(mBuffer);
-    mAt = mNextReturn = 0;
+    mAt = 0;
     mBase = static_cast<std::size_t>(std::max(position, 0));
     mIsComplete = mIsComplete || position < 0;
 }
 
-// Without carriage returns, which is how most texts are, there is nothing to note.
+void TextWindow::startWalk() { mWalkBegin = mWalkEnd = mReadEnd = mAt; }
+
+// Of all that counts as read.
 void TextWindow::noteLineStarts() {
-    std::size_t end = mAt;
-    for (const auto& stretch : mPassed) end = std::max(end, stretch.second);
-    if (leavesNoTrace(end)) return;
-    const void* found = std::memchr(mText + mAt, '\r', mSize - mAt);
-    mNextReturn = found != nullptr
-                      ? static_cast<std::size_t>(static_cast<const char*>(found) - mText)
-                      : mSize;
-    if (leavesNoTrace(end)) return;
-    for (const auto& [from, to] : mPassed) noteLineStarts(from, to);
+    noteLineStartsOf(mWalkBegin, mReadEnd);
+    for (const auto& [begin, end] : mPassed) noteLineStartsOf(begin, end);
+    mPassed.clear();
+    startWalk();
 }
 
-void TextWindow::noteLineStarts(std::size_t begin, std::size_t end) {
+void TextWindow::noteLineStartsOf(std::size_t begin, std::size_t end) {
     if (begin == end) return;
     if (mIn.mAfterCR && isLineEnd(mText[begin])) noteLineStart(begin + 1);
     for (std::size_t place = begin; place + 1 < end; ++place) {

@@ -39,19 +39,24 @@ public:
     /// quote, an apostrophe or a semicolon.
     std::size_t findAhead(char byte, std::size_t begin);
 
-    /// The stream's operations would read from `begin` to just before `end`.
+    /// The stream's operations would read from `begin` to just before `end`, at least a byte.
     void passOver(std::size_t begin, std::size_t end) {
-        if (mPassed.empty() && leavesNoTrace(end)) return;
-        mPassed.emplace_back(begin, end);
+        if (mPassed.empty() && begin >= mWalkBegin && begin <= mWalkEnd && mText[end - 1] != '\r') {
+            if (end > mWalkEnd) mWalkEnd = end;
+        } else {
+            mPassed.emplace_back(begin, end);
+        }
     }
     /// What was passed over counts as read, and reading has come to `place`.
     void moveTo(std::size_t place) {
-        if (!mPassed.empty()) noteLineStarts();
-        forget();
         mAt = place;
+        mReadEnd = mWalkEnd;
+        if (!mPassed.empty()) noteLineStarts();
+        mHasMissed = false;
     }
     /// What was passed over since the last move does not count.
     void forget() {
+        mWalkEnd = mReadEnd;
         mPassed.clear();
         mHasMissed = false;
     }
@@ -71,25 +76,30 @@ private:
         std::size_t place = 0;
     };
 
-    /// Whether no carriage return is met in reading to just before `end`, nor has been just before.
-    bool leavesNoTrace(std::size_t end) const { return end <= mNextReturn && !mIn.mAfterCR; }
     void show(const std::string& text);
     void close(int position);
+    void startWalk();
     void noteLineStarts();
-    void noteLineStarts(std::size_t begin, std::size_t end);
+    void noteLineStartsOf(std::size_t begin, std::size_t end);
     void noteLineStart(std::size_t place);
 
     InStream& mIn;
     const char* mText = "";
     std::size_t mSize = 0;
     std::size_t mAt = 0;
-    std::size_t mBase = 0;        ///< the position of the window's first byte in the stream
-    std::string mBuffer;          ///< what was read ahead
-    std::size_t mChunk = 16384;   ///< how much to read ahead next
-    bool mIsOpen = false;         ///< the stream's own position is not up to date
-    bool mIsComplete = false;     ///< nothing is left to be read ahead
-    bool mHasMissed = false;      ///< something was looked for in vain since the last move
-    std::size_t mNextReturn = 0;  ///< no carriage return stands from `mAt` to before this place
+    std::size_t mBase = 0;       ///< the position of the window's first byte in the stream
+    std::string mBuffer;         ///< what was read ahead
+    std::size_t mChunk = 16384;  ///< how much to read ahead next
+    bool mIsOpen = false;        ///< the stream's own position is not up to date
+    bool mIsComplete = false;    ///< nothing is left to be read ahead
+    bool mHasMissed = false;     ///< something was looked for in vain since the last move
+    /// Stretches that were passed over and leave the same traces as one does, from the beginning
+    /// of the first to the furthest end: there is no gap between them, and none ends in a carriage
+    /// return, so that all are met along with the byte behind them. They are looked for in the end.
+    std::size_t mWalkBegin = 0;
+    std::size_t mWalkEnd = 0;
+    std::size_t mReadEnd = 0;  ///< so much of it counts as read
+    /// Those that follow, where that is not so, since the last move.
     std::vector<std::pair<std::size_t, std::size_t>> mPassed;
     std::array<Ahead, 3> mAhead;
 };
