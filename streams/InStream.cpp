@@ -114,7 +114,7 @@ int InStream::getColumn() const { return mLineStarts.columnOf(getPosition()); }
 
 const std::string& InStream::getErrorMessage() const { return mErrorMessage; }
 
-const std::string* InStream::textInMemory() const { return nullptr; }
+const DataHolder* InStream::textInMemory() const { return nullptr; }
 
 bool InStream::readAhead(std::size_t, std::size_t, std::string&) { return false; }
 

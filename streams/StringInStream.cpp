@@ -8,7 +8,7 @@ namespace Xml {
 
 StringInStream::StringInStream(const std::string& text) {
     if (fitsPositions(text.size())) {
-        mText = text;
+        mText = DataHolder(text);
     } else {
         Message(std::string("<Xml::StringInStream::StringInStream> File too long"));
     }
@@ -20,11 +20,11 @@ StringInStream::~StringInStream() = default;
 
 StringInStream::StringInStream(StringInStream&& other) noexcept
     : InStream(std::move(other)),
-      mText(std::exchange(other.mText, {})),
+      mText(std::move(other.mText)),
       mPos(std::exchange(other.mPos, 0)) {}
 
 StringInStream& StringInStream::operator=(StringInStream&& other) noexcept {
-    mText = std::exchange(other.mText, {});
+    mText = std::move(other.mText);
     mPos = std::exchange(other.mPos, 0);
     InStream::operator=(std::move(other));
     return *this;
@@ -41,10 +41,10 @@ int StringInStream::getPosition() const { return mPos; }
 void StringInStream::setPosition(int position) { mPos = position; }
 
 // A class that a caller derived may read otherwise.
-const std::string* StringInStream::textInMemory() const {
+const DataHolder* StringInStream::textInMemory() const {
     return typeid(*this) == typeid(StringInStream) ? &mText : nullptr;
 }
 
-bool StringInStream::eof() { return mPos >= static_cast<int>(mText.size()); }
+bool StringInStream::eof() { return mPos >= mText.getSize(); }
 
 }  // namespace Xml

@@ -18,9 +18,9 @@ bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
 }  // namespace
 
 TextWindow::TextWindow(InStream& in) : mIn(in) {
-    if (const std::string* text = in.textInMemory()) {
+    if (const DataHolder* text = in.textInMemory()) {
         mIsComplete = true;
-        show(*text);
+        show({text->toCString(), static_cast<std::size_t>(text->getSize())});
     }
     takeBack();
 }
@@ -35,7 +35,7 @@ TextWindow::~TextWindow() {
     }
 }
 
-void TextWindow::show(const std::string& text) {
+void TextWindow::show(std::string_view text) {
     mText = text.data();
     mSize = text.size();
     mAhead = {};

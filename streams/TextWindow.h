@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -76,7 +77,7 @@ private:
         std::size_t place = 0;
     };
 
-    void show(const std::string& text);
+    void show(std::string_view text);
     void close(int position);
     void startWalk();
     void noteLineStarts();

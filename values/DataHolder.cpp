@@ -15,7 +15,7 @@ constexpr std::size_t kGrain = 8;
 constexpr std::size_t kLargestInGrains = 512;  // what is not pooled has sizes of any kind
 
 // Sizes are told as `int`.
-constexpr std::size_t kLongest = std::numeric_limits<std::int32_t>::max() - 64;
+constexpr std::size_t kLongest = std::numeric_limits<std::int32_t>::max();
 
 std::size_t checkedSize(std::uint64_t size) {
     if (size > kLongest) throw std::length_error("DataHolder: the text would be too long");

@@ -7,7 +7,7 @@ namespace Xml {
 /// Memory by the large piece, from the system.
 namespace Pages {
 
-/// Needs: a power of two as alignment, and a multiple of it as size. Throws `std::bad_alloc`.
+/// Needs: a power of two as alignment, and multiples of the page size. Throws `std::bad_alloc`.
 void* allocate(std::size_t size, std::size_t alignment);
 void release(void* pages, std::size_t size, std::size_t alignment) noexcept;
 

@@ -8,6 +8,7 @@
 #include <new>
 #include <utility>
 
+#include "values/LargeBlocks.h"
 #include "values/Pages.h"
 
 // Each thread keeps a stock of blocks of each size. What it lacks it takes from the slabs, and what
@@ -68,6 +69,8 @@ constexpr Reciprocals makeReciprocals() {
 constexpr Reciprocals kReciprocals = makeReciprocals();
 
 bool isPooled(std::size_t size) { return kIsPooled && size <= kLargestBlock; }
+
+bool isLarge(std::size_t size) { return kIsPooled && size >= LargeBlocks::kLeast; }
 
 std::size_t classOf(std::size_t size) { return kClassOf[(size + kGrain - 1) / kGrain]; }
 
@@ -339,7 +342,7 @@ void giveHalfBack(Stock& stock) {
 }  // namespace
 
 void* Pool::allocate(std::size_t size) {
-    if (!isPooled(size)) return ::operator new(size);
+    if (!isPooled(size)) return isLarge(size) ? LargeBlocks::allocate(size) : ::operator new(size);
     const std::size_t sizeClass = classOf(size);
     Stocks* own = ThreadStocks::ofThisThread();
     if (own == nullptr) return Slabs::shared().takeSingle(sizeClass);
@@ -350,7 +353,9 @@ void* Pool::allocate(std::size_t size) {
 
 void Pool::release(void* block, std::size_t size) noexcept {
     if (block == nullptr) return;
-    if (!isPooled(size)) return ::operator delete(block);
+    if (!isPooled(size)) {
+        return isLarge(size) ? LargeBlocks::release(block, size) : ::operator delete(block);
+    }
     Stocks* own = ThreadStocks::ofThisThread();
     if (own == nullptr) return Slabs::shared().takeSingleBack(block);
     Stock& stock = (*own)[classOf(size)];

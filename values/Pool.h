@@ -4,11 +4,13 @@
 
 namespace Xml {
 
-/// Memory for the many small things that trees are made of: nodes, texts, lists.
+/// Memory for the many small things that trees are made of: nodes, texts, lists. It gives larger
+/// blocks too, each by itself.
 ///
-/// Blocks of like size lie side by side, without anything between them. Each thread takes blocks
-/// and gives them back without asking the others; a block may be given back by another thread than
-/// took it. Memory that is free again serves the next tree; most of it goes back to the system.
+/// Small blocks of like size lie side by side, without anything between them. Each thread takes
+/// blocks and gives them back without asking the others; a block may be given back by another
+/// thread than took it. Memory that is free again serves the next tree; most of it goes back to the
+/// system.
 namespace Pool {
 
 /// At least `size` bytes, aligned for anything that is not over-aligned. Throws `std::bad_alloc`.

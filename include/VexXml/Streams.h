@@ -105,7 +105,7 @@ private:
     friend class TokenReader;
 
     /// All of the text, where it lies in memory and positions count its bytes; otherwise null.
-    virtual const std::string* textInMemory() const;
+    virtual const DataHolder* textInMemory() const;
     /// Appends up to `count` bytes from `position` on to `ahead`, fewer where there are no more.
     /// True when that leaves no trace but another position, which the caller then has to set; false
     /// when it cannot be done, and nothing has changed.
@@ -184,9 +184,9 @@ public:
     bool eof() override;
 
 private:
-    const std::string* textInMemory() const override;
+    const DataHolder* textInMemory() const override;
 
-    std::string mText;
+    DataHolder mText;
     int mPos = 0;
 };
 
