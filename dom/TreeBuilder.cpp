@@ -52,6 +52,10 @@ void TreeBuilder::addCharData(const char* text, std::size_t size) {
     add(std::unique_ptr<Object>(new CharData(text, size)));
 }
 
+void TreeBuilder::addPlainText(const char* text, std::size_t size) {
+    add(std::make_unique<CharData>(DataHolder(text, size)));
+}
+
 std::unique_ptr<Element> TreeBuilder::makeElement(const char* name, std::size_t size,
                                                   const std::vector<AttributeText>& attributes) {
     std::unique_ptr<Element> element(

@@ -49,6 +49,8 @@ public:
     void addElement(std::unique_ptr<Element> element);
     /// Adds character data of that escaped text.
     void addCharData(const char* text, std::size_t size);
+    /// The same, of a text in which special characters stand for themselves.
+    void addPlainText(const char* text, std::size_t size);
 
 private:
     struct Open {

@@ -17,8 +17,16 @@ void ElementScanner::read() {
 bool ElementScanner::readNext() {
     const std::size_t first = skipWhite(mWindow.position());
     if (mWindow[first] != '<') return readCharData(first);
-    if (mWindow[first + 1] == '/') return readEndTag(first + 1);
-    return readStartTag(first);
+    switch (mWindow[first + 1]) {
+        case '/':
+            return readEndTag(first + 1);
+        case '!':
+            return readComment(first) || readCDataSection(first);
+        case '?':
+            return readInstruction(first);
+        default:
+            return readStartTag(first);
+    }
 }
 
 // The stream looks at the first token of the text, and then reads the text from its beginning, the
@@ -45,7 +53,7 @@ bool ElementScanner::passOverLookAhead(std::size_t first) {
     } else if (c == '/') {
         ++end;
     } else if (!ByteClass::isDelimiter(c)) {
-        while (end < mWindow.size() && !ByteClass::endsToken(mWindow[end])) ++end;
+        end = skipToken(end);
     }
     if (end == mWindow.size()) return false;
     mWindow.passOver(mWindow.position(), end + 1);
@@ -123,6 +131,62 @@ bool ElementScanner::readAttribute(std::size_t name, std::size_t& at) {
         {mWindow.at(name), nameEnd - name, mWindow.at(open + 1), close - open - 1});
     at = close + 1;
     return true;
+}
+
+// Comment ::= '<!--' (Char* - (Char* '-->' Char*)) '-->'
+//
+// The stream looks for a bracket behind "<!" before it looks at the dashes. Then it reads the
+// comment from its beginning, so that "<!-->" is a whole one.
+bool ElementScanner::readComment(std::size_t open) {
+    if (!stands("<!--", open)) return false;
+    const std::size_t end = mWindow.find("-->", open + 2);
+    if (end == mWindow.size()) return false;
+    mWindow.passOver(mWindow.position(), end + 3);
+    mWindow.leaveErrorText("\"[\" expected");
+    mWindow.moveTo(end + 3);
+    return true;
+}
+
+// CDSect ::= '<![CDATA[' (Char* - (Char* ']]>' Char*)) ']]>'
+bool ElementScanner::readCDataSection(std::size_t open) {
+    constexpr std::string_view kOpener = "<![CDATA[";
+    if (!stands(kOpener, open)) return false;
+    const std::size_t begin = open + kOpener.size();
+    const std::size_t end = mWindow.find("]]>", begin);
+    if (end == mWindow.size()) return false;
+    mWindow.passOver(mWindow.position(), end + 3);
+    mWindow.leaveErrorText("not a name: [");
+    mTree.addPlainText(mWindow.at(begin), end - begin);
+    mWindow.moveTo(end + 3);
+    return true;
+}
+
+// PI ::= '<?' Name (Char* - (Char* '?>' Char*)) '?>'
+//
+// The stream looks at the target, and reads it once more unless it ends in "xml".
+bool ElementScanner::readInstruction(std::size_t open) {
+    const std::size_t target = open + 2;
+    const std::size_t targetEnd = skipName(target);
+    if (targetEnd == target) return false;
+    const bool isXml = targetEnd - target >= 3 && stands("xml", targetEnd - 3);
+    const std::size_t begin = isXml ? targetEnd : target;
+    const std::size_t end = mWindow.find("?>", begin);
+    if (end == mWindow.size()) return false;
+    mWindow.passOver(mWindow.position(), target + 1);
+    mWindow.passOver(target, targetEnd + 1);
+    mWindow.passOver(begin, end + 2);
+    mWindow.moveTo(end + 2);
+    return true;
+}
+
+bool ElementScanner::stands(std::string_view text, std::size_t at) const {
+    return mWindow.text(at, mWindow.size()).substr(0, text.size()) == text;
+}
+
+// The size where it goes on to the end.
+std::size_t ElementScanner::skipToken(std::size_t at) const {
+    while (at < mWindow.size() && !ByteClass::endsToken(mWindow[at])) ++at;
+    return at;
 }
 
 std::size_t ElementScanner::skipWhite(std::size_t at) const {

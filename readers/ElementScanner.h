@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 #include "dom/TreeBuilder.h"
@@ -33,9 +34,14 @@ private:
     bool readStartTag(std::size_t open);
     bool readAttributes(std::size_t& at);
     bool readAttribute(std::size_t name, std::size_t& at);
+    bool readComment(std::size_t open);
+    bool readCDataSection(std::size_t open);
+    bool readInstruction(std::size_t open);
 
     std::size_t skipWhite(std::size_t at) const;
     std::size_t skipName(std::size_t at) const;
+    std::size_t skipToken(std::size_t at) const;
+    bool stands(std::string_view text, std::size_t at) const;
 
     TextWindow& mWindow;
     TreeBuilder& mTree;

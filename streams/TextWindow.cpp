@@ -48,6 +48,12 @@ std::size_t TextWindow::find(char byte, std::size_t begin) {
                             : mSize;
 }
 
+std::size_t TextWindow::find(std::string_view text, std::size_t begin) {
+    const std::size_t found = this->text(0, mSize).find(text, begin);
+    mHasMissed = mHasMissed || found == std::string_view::npos;
+    return std::min(found, mSize);
+}
+
 std::size_t TextWindow::findAhead(char byte, std::size_t begin) {
     Ahead& ahead = mAhead[byte == '"' ? 0 : byte == '\'' ? 1 : 2];
     if (begin < ahead.from || begin > ahead.place) ahead = {begin, find(byte, begin)};

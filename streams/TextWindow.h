@@ -33,9 +33,13 @@ public:
     std::size_t size() const { return mSize; }
     char operator[](std::size_t place) const { return mText[place]; }
     const char* at(std::size_t place) const { return mText + place; }
+    std::string_view text(std::size_t begin, std::size_t end) const {
+        return {mText + begin, end - begin};
+    }
 
     /// The first place of the byte from `begin` on; the size when there is none.
     std::size_t find(char byte, std::size_t begin);
+    std::size_t find(std::string_view text, std::size_t begin);
     /// The same, remembered, for bytes that are looked for again and again from further on: a
     /// quote, an apostrophe or a semicolon.
     std::size_t findAhead(char byte, std::size_t begin);
@@ -48,6 +52,8 @@ public:
             mPassed.emplace_back(begin, end);
         }
     }
+    /// The stream's operations would leave this error text, whatever else succeeds.
+    void leaveErrorText(const char* text) { mIn.mErrorMessage = text; }
     /// What was passed over counts as read, and reading has come to `place`.
     void moveTo(std::size_t place) {
         mAt = place;
