@@ -10,9 +10,9 @@ namespace Bench {
 
 namespace {
 
-// A line of /proc/self/status, such as "VmData:     1234 kB".
-std::size_t statusBytes(const std::string& key) {
-    std::ifstream status("/proc/self/status");
+// A line of a file in /proc/self, such as "VmData:     1234 kB".
+std::size_t bytesFrom(const char* file, const std::string& key) {
+    std::ifstream status(file);
     for (std::string line; std::getline(status, line);) {
         if (line.compare(0, key.size(), key) == 0) {
             return std::stoul(line.substr(key.size() + 1)) * 1024;
@@ -21,9 +21,14 @@ std::size_t statusBytes(const std::string& key) {
     return 0;
 }
 
+std::size_t statusBytes(const std::string& key) { return bytesFrom("/proc/self/status", key); }
+
 }  // namespace
 
-std::size_t bytesInUse() { return statusBytes("VmData:") - mallinfo2().fordblks; }
+std::size_t bytesInUse() {
+    return statusBytes("VmData:") - mallinfo2().fordblks -
+           bytesFrom("/proc/self/smaps_rollup", "LazyFree:");
+}
 
 std::size_t residentBytes() { return statusBytes("VmRSS:"); }
 

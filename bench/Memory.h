@@ -7,7 +7,7 @@
 namespace Bench {
 
 /// The bytes in use, overhead of the allocator included: all writable private memory, mapped by
-/// whomever, but for what the allocator could give out again.
+/// whomever, but for what the allocator could give out again and what the system may take.
 std::size_t bytesInUse();
 std::size_t residentBytes();
 /// The most that was resident since `resetPeak`.

@@ -87,6 +87,7 @@ void* LargeBlocks::allocate(std::size_t size) {
 void LargeBlocks::release(void* block, std::size_t size) noexcept {
     const std::size_t rounded = roundedUp(size);
     if (rounded > kMostKept) return Pages::release(block, rounded, alignmentFor(rounded));
+    Pages::offer(block, rounded);
     KeptBlocks::shared().keep({block, rounded});
 }
 

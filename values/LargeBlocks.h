@@ -7,7 +7,8 @@ namespace Xml {
 /// Memory for the few large things: texts of whole documents above all.
 ///
 /// A block comes straight from the system, in large pages where it has such. Some of what is given
-/// back is kept for the next document, as fresh pages cost more than copying a text into them.
+/// back is kept for the next document, as fresh pages cost more than copying a text into them; the
+/// system may take it when it runs short of memory.
 namespace LargeBlocks {
 
 /// From this size on a block counts as large.

@@ -28,6 +28,8 @@ void* Pages::allocate(std::size_t size, std::size_t alignment) {
 
 void Pages::release(void* pages, std::size_t size, std::size_t) noexcept { munmap(pages, size); }
 
+void Pages::offer(void* pages, std::size_t size) noexcept { madvise(pages, size, MADV_FREE); }
+
 #else
 
 void* Pages::allocate(std::size_t size, std::size_t alignment) {
@@ -37,6 +39,8 @@ void* Pages::allocate(std::size_t size, std::size_t alignment) {
 void Pages::release(void* pages, std::size_t, std::size_t alignment) noexcept {
     ::operator delete(pages, std::align_val_t(alignment));
 }
+
+void Pages::offer(void*, std::size_t) noexcept {}
 
 #endif
 
