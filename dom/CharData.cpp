@@ -10,6 +10,7 @@ namespace Xml {
 /// The text that was last asked for, in the two forms in which callers refer to it.
 struct CharData::PlainText {
     DataHolder data;
+    bool isCurrent = false;  ///< `data` is what would be made of the escaped text again
     std::string text;
 };
 
@@ -24,11 +25,13 @@ CharData::CharData(const char* escapedText, std::size_t size) : mData(escapedTex
 CharData::CharData(const CharData& other) : Object(other), mData(other.mData) {}
 
 CharData::CharData(CharData&& other) noexcept : Object(other), mData(std::move(other.mData)) {
+    other.forgetPlainText();
     other.touch();
 }
 
 CharData& CharData::operator=(const CharData& other) {
     mData = other.mData;
+    forgetPlainText();
     Object::operator=(other);
     return *this;
 }
@@ -36,6 +39,8 @@ CharData& CharData::operator=(const CharData& other) {
 CharData& CharData::operator=(CharData&& other) noexcept {
     if (this == &other) return *this;
     mData = std::move(other.mData);
+    forgetPlainText();
+    other.forgetPlainText();
     Object::operator=(other);
     other.touch();
     return *this;
@@ -52,14 +57,20 @@ const std::string& CharData::toString() const {
 
 bool CharData::isCharData() const { return true; }
 
-// A text without references is plain as it stands.
+// A text without references is plain as it stands. One whose references are all to characters,
+// which no DTD changes, is made once.
 const DataHolder& CharData::getData() const {
+    if (mPlainText && mPlainText->isCurrent) return mPlainText->data;
     const auto size = static_cast<std::size_t>(mData.getSize());
     if (std::memchr(mData.toCString(), '&', size) == nullptr) return mData;
-    DataHolder& plain = plainText().data;
-    plain.clear();
-    appendReplaced(plain, mData, dtd());
-    return plain;
+    PlainText& plain = plainText();
+    plain.data.clear();
+    plain.isCurrent = appendReplaced(plain.data, mData, dtd()) && !is(Exposed);
+    return plain.data;
+}
+
+void CharData::forgetPlainText() noexcept {
+    if (mPlainText) mPlainText->isCurrent = false;
 }
 
 CharData::PlainText& CharData::plainText() const {
@@ -72,15 +83,22 @@ void CharData::getData(DataHolder* out) const { *out = getData(); }
 void CharData::setData(const DataHolder& text) {
     DataHolder escaped = text;
     mData = insertStdEntities(escaped);
+    forgetPlainText();
     touch();
 }
 
 void CharData::setData(const Entity& entity) {
     mData = entity.toString();
+    forgetPlainText();
     touch();
 }
 
-DataHolder& CharData::data() { return mData; }
+// What the caller does with the text from now on cannot be seen.
+DataHolder& CharData::data() {
+    forgetPlainText();
+    mark(Exposed, true);
+    return mData;
+}
 
 int CharData::getSize() const { return mData.getSize(); }
 
@@ -89,10 +107,10 @@ bool CharData::reserve(int size) {
 }
 
 bool CharData::setSize(int size) {
-    return size >= 0 && mData.setSize(static_cast<std::uint64_t>(size));
+    return size >= 0 && data().setSize(static_cast<std::uint64_t>(size));
 }
 
-char& CharData::operator[](int index) { return mData[static_cast<std::uint64_t>(index)]; }
+char& CharData::operator[](int index) { return data()[static_cast<std::uint64_t>(index)]; }
 
 const char& CharData::operator[](int index) const {
     return mData[static_cast<std::uint64_t>(index)];

@@ -59,7 +59,7 @@ char numberedCharacter(std::string_view name) {
 char characterValue(std::string_view name) {
     if (isCharacterReference(name)) return numberedCharacter(name);
     for (const StdEntity& entity : kStdEntities) {
-        if (name == entity.name()) return entity.character;
+        if (name.size() == entity.name().size() && name == entity.name()) return entity.character;
     }
     return '\0';
 }
@@ -90,19 +90,21 @@ DataHolder& replaceEntities(DataHolder& text, const Dtd* dtd) {
 }
 
 // A NUL stands behind the text, and a ";" behind every name but one that goes on to the end.
-void appendReplaced(DataHolder& result, const DataHolder& text, const Dtd* dtd) {
+bool appendReplaced(DataHolder& result, const DataHolder& text, const Dtd* dtd) {
     const std::string_view source = viewOf(text);
+    bool areCharacters = true;
     std::size_t copied = 0;  // invariant: `result` stands for all of `source` in front of here
     for (;;) {
         const std::size_t next = std::min(source.find('&', copied), source.size());
         append(result, source.substr(copied, next - copied));
-        if (next == source.size()) return;
+        if (next == source.size()) return areCharacters;
         const std::size_t end = std::min(source.find(';', next), source.size());
         const std::string_view name = source.substr(next + 1, end - next - 1);
         if (const char character = characterValue(name)) {
             result.push(character);
         } else {
             append(result, viewOf(getEntityValue(std::string(name), dtd)));
+            areCharacters = false;
         }
         copied = std::min(end + 1, source.size());
     }

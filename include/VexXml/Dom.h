@@ -250,7 +250,9 @@ private:
         Listed = 16,
         /// Of an element: not marked only as long as no child is anything but character data. So
         /// much of a search can be left out, as most elements hold only text.
-        MayHoldElements = 32
+        MayHoldElements = 32,
+        /// Of character data: the caller may change the escaped text unseen.
+        Exposed = 32
     };
 
     const Dtd* dtd() const { return mDtd.target(); }
@@ -385,6 +387,7 @@ private:
 
     CharData(const char* escapedText, std::size_t size);
     PlainText& plainText() const;
+    void forgetPlainText() noexcept;
 
     DataHolder mData;
     mutable std::unique_ptr<PlainText> mPlainText;  ///< made by `getData` and `toString`

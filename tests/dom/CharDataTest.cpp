@@ -277,4 +277,63 @@ TEST(CharData, OutlivesTheElementOfTheOneThatItWasCopiedFrom) {
     EXPECT_EQ(kept.toString(), "x");
 }
 
+struct Change {
+    const char* name;
+    void (*make)(Xml::CharData& text);  ///< of "a&lt;b" to "c&gt;d"
+};
+
+const Change kChanges[] = {
+    {"set", [](Xml::CharData& text) { text.setData(std::string("c>d")); }},
+    {"assigned", [](Xml::CharData& text) { text = Xml::CharData(std::string("c>d")); }},
+    {"assigned from another",
+     [](Xml::CharData& text) {
+         const Xml::CharData other(std::string("c>d"));
+         text = other;
+     }},
+    {"edited", [](Xml::CharData& text) { text.data() = std::string("c&gt;d"); }},
+    {"edited byte by byte",
+     [](Xml::CharData& text) {
+         text[0] = 'c';
+         text[2] = 'g';
+         text[5] = 'd';
+     }},
+    {"cut and appended to",
+     [](Xml::CharData& text) {
+         text.setSize(0);
+         text.data().append("c&gt;d", 6);
+     }},
+};
+
+TEST(CharData, GivesThePlainTextOfTheMoment) {
+    for (const Change& change : kChanges) {
+        SCOPED_TRACE(change.name);
+        Xml::CharData text(std::string("a<b"));
+        EXPECT_EQ(plainOf(text), "a<b");
+        change.make(text);
+        EXPECT_EQ(plainOf(text), "c>d");
+        EXPECT_EQ(text.toString(), "c>d");
+    }
+}
+
+TEST(CharData, GivesThePlainTextAfterEveryEditThroughAReference) {
+    Xml::CharData text(std::string("a<b"));
+    Xml::DataHolder& escaped = text.data();
+    EXPECT_EQ(plainOf(text), "a<b");
+    escaped = std::string("c&gt;d");
+    EXPECT_EQ(plainOf(text), "c>d");
+    escaped[0] = 'e';
+    EXPECT_EQ(plainOf(text), "e>d");
+}
+
+TEST(CharData, GivesThePlainTextForTheDtdOfTheMoment) {
+    const auto one = support::makeDtd("one");
+    const auto other = support::makeDtd("other");
+    Xml::CharData text(Xml::Entity("dtd"));
+    EXPECT_EQ(plainOf(text), "&dtd;");
+    text.setDtd(one.get());
+    EXPECT_EQ(plainOf(text), "one");
+    text.setDtd(other.get());
+    EXPECT_EQ(plainOf(text), "other");
+}
+
 }  // namespace
