@@ -25,7 +25,6 @@ std::size_t alignmentFor(std::size_t size) { return size < kLargePage ? kPages :
 
 // Rounded up by at most an eighth, so that texts of like length can use the same block.
 std::size_t roundedUp(std::size_t size) {
-    if (size > std::numeric_limits<std::size_t>::max() / 4) throw std::bad_alloc();
     std::size_t step = kPages;
     while (step * 16 < size) step *= 2;
     return (size + step - 1) / step * step;
@@ -79,6 +78,7 @@ private:
 }  // namespace
 
 void* LargeBlocks::allocate(std::size_t size) {
+    if (size > std::numeric_limits<std::size_t>::max() / 4) throw std::bad_alloc();
     const std::size_t rounded = roundedUp(size);
     if (void* kept = KeptBlocks::shared().take(rounded)) return kept;
     return Pages::allocate(rounded, alignmentFor(rounded));
