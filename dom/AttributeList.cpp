@@ -4,7 +4,7 @@
 #include <new>
 #include <utility>
 
-#include "dom/Exactly.h"
+#include "dom/Freeing.h"
 #include "values/Pool.h"
 
 namespace Xml {
@@ -37,11 +37,16 @@ std::size_t AttributeList::bytesFor(std::size_t count) {
     return sizeof(AttributeList) + std::max<std::size_t>(count, 1) * kItemSize;
 }
 
+// The library makes all attributes that it holds by itself, so their class is known.
 void AttributeList::destroy(AttributeList* list) noexcept {
     if (list->isInBlocks()) {
         delete list->blocks();
     } else {
-        std::for_each_n(list->items(), list->mSize, deleteExactly<Attribute>);
+        for (std::uint32_t i = list->mSize; i > 0; --i) {
+            Attribute* item = list->items()[i - 1];
+            prefetchBefore(*item);
+            deleteExactly(item);
+        }
     }
     Pool::release(list, bytesFor(list->mCapacity));
 }

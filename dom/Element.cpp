@@ -5,20 +5,11 @@
 #include "VexXml/Dtd.h"
 #include "dom/AttributeList.h"
 #include "dom/Exactly.h"
-#include "values/Pool.h"
+#include "dom/Freeing.h"
 
 namespace Xml {
 
-namespace {
-
-// A tree that was built from its beginning to its end mostly lies so in memory. Processors foresee
-// that something goes through it forwards, but hardly backwards.
-void prefetchBefore(const Object& node) {
-    constexpr int kDistance = 1024;
-    __builtin_prefetch(reinterpret_cast<const char*>(&node) - kDistance);
-}
-
-}  // namespace
+namespace {}  // namespace
 
 template <class Visit>
 void Element::forEachAttribute(const Visit& visit) const {

@@ -3,7 +3,6 @@
 #include <typeinfo>
 
 #include "VexXml/Dom.h"
-#include "values/Pool.h"
 
 namespace Xml {
 
@@ -15,13 +14,6 @@ namespace Xml {
 template <class Class>
 bool isExactly(const Object& node) {
     return &typeid(node) == &typeid(Class);
-}
-
-/// What `delete` does. Needs: `isExactly<Class>`.
-template <class Class>
-void deleteExactly(Class* node) {
-    node->Class::~Class();
-    Pool::release(node, sizeof *node);
 }
 
 }  // namespace Xml

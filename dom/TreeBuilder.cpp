@@ -113,7 +113,8 @@ bool TreeBuilder::areNamedAsBefore(const std::vector<AttributeText>& attributes)
 
 DataHolder TreeBuilder::valueOf(const AttributeText& attribute) const {
     DataHolder value(attribute.value, attribute.valueSize);
-    return std::move(replaceEntities(value, mDtd));
+    if (attribute.hasReference) replaceEntities(value, mDtd);
+    return value;
 }
 
 void TreeBuilder::add(std::unique_ptr<Object> child) {

@@ -19,6 +19,7 @@ public:
         std::size_t nameSize;
         const char* value;  ///< as it stands between the quotes
         std::size_t valueSize;
+        bool hasReference;  ///< an "&" in the value
     };
 
     /// `dtd`, which may be null, is asked for the entities in attribute values.

@@ -1,5 +1,6 @@
 #include "readers/ElementScanner.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -122,15 +123,31 @@ bool ElementScanner::readAttribute(std::size_t name, std::size_t& at) {
     const std::size_t open = skipWhite(equals + 1);
     const char quote = mWindow[open];
     if (quote != '"' && quote != '\'') return false;
-    const std::size_t close = mWindow.find(quote, open + 1);
+    bool hasReference = false;
+    const std::size_t close = findQuote(quote, open + 1, hasReference);
     if (close == mWindow.size()) return false;
     mWindow.passOver(at, nameEnd + 1);
     mWindow.passOver(nameEnd, equals + 1);
     mWindow.passOver(equals + 1, close + 1);
     mAttributes.push_back(
-        {mWindow.at(name), nameEnd - name, mWindow.at(open + 1), close - open - 1});
+        {mWindow.at(name), nameEnd - name, mWindow.at(open + 1), close - open - 1, hasReference});
     at = close + 1;
     return true;
+}
+
+// Most values are so short that a search takes longer to begin than a loop to end.
+std::size_t ElementScanner::findQuote(char quote, std::size_t begin, bool& hasReference) {
+    constexpr std::size_t kShort = 16;
+    const std::size_t nearEnd = std::min(begin + kShort, mWindow.size());
+    std::size_t at = begin;
+    for (; at < nearEnd && mWindow[at] != quote; ++at) {
+        hasReference = hasReference || mWindow[at] == '&';
+    }
+    if (at < nearEnd) return at;
+    const std::size_t end = mWindow.find(quote, at);
+    const auto rest = mWindow.text(at, end);
+    hasReference = hasReference || rest.find('&') != std::string_view::npos;
+    return end;
 }
 
 // Comment ::= '<!--' (Char* - (Char* '-->' Char*)) '-->'

@@ -34,6 +34,7 @@ private:
     bool readStartTag(std::size_t open);
     bool readAttributes(std::size_t& at);
     bool readAttribute(std::size_t name, std::size_t& at);
+    std::size_t findQuote(char quote, std::size_t begin, bool& hasReference);
     bool readComment(std::size_t open);
     bool readCDataSection(std::size_t open);
     bool readInstruction(std::size_t open);
