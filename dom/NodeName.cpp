@@ -1,10 +1,10 @@
 #include <array>
 #include <atomic>
-#include <cstring>
 #include <memory>
 #include <utility>
 
 #include "VexXml/Dom.h"
+#include "values/Bytes.h"
 
 namespace Xml::Detail {
 namespace {
@@ -39,26 +39,21 @@ const std::string* noName() {
     return name;
 }
 
-std::uint64_t load(const char* bytes, std::size_t size) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes, size);
-    return word;
-}
-
 // From the size and up to 16 bytes at the two ends.
 std::size_t hashOf(const char* bytes, std::size_t size) {
     constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15;
     std::uint64_t first = 0;
     std::uint64_t last = 0;
     if (size >= 8) {
-        first = load(bytes, 8);
-        last = load(bytes + size - 8, 8);
+        first = Bytes::load<std::uint64_t>(bytes);
+        last = Bytes::load<std::uint64_t>(bytes + size - 8);
     } else if (size >= 4) {
-        first = load(bytes, 4);
-        last = load(bytes + size - 4, 4);
+        first = Bytes::load<std::uint32_t>(bytes);
+        last = Bytes::load<std::uint32_t>(bytes + size - 4);
     } else if (size > 0) {
         first = static_cast<unsigned char>(bytes[0]);
-        last = load(bytes + size / 2, 1) << 8 | load(bytes + size - 1, 1);
+        last = Bytes::load<std::uint8_t>(bytes + size / 2) << 8U |
+               Bytes::load<std::uint8_t>(bytes + size - 1);
     }
     std::uint64_t hash = (first ^ size) * kFactor;
     hash = ((hash ^ hash >> 32) + last) * kFactor;
@@ -66,7 +61,7 @@ std::size_t hashOf(const char* bytes, std::size_t size) {
 }
 
 bool isEqual(const std::string& text, const char* bytes, std::size_t size) {
-    return text.size() == size && std::memcmp(text.data(), bytes, size) == 0;
+    return text.size() == size && Bytes::areEqual(text.data(), bytes, size);
 }
 
 const std::string* SharedNames::find(const char* bytes, std::size_t size) {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "dom/AttributeList.h"
+#include "values/Bytes.h"
 
 namespace Xml {
 
@@ -106,8 +106,9 @@ bool TreeBuilder::orderAttributes(const std::vector<AttributeText>& attributes) 
 bool TreeBuilder::areNamedAsBefore(const std::vector<AttributeText>& attributes) const {
     return std::equal(attributes.begin(), attributes.end(), mNames.begin(), mNames.end(),
                       [](const AttributeText& attribute, const Detail::NodeName& name) {
-                          return std::string_view(attribute.name, attribute.nameSize) ==
-                                 name.text();
+                          return attribute.nameSize == name.text().size() &&
+                                 Bytes::areEqual(attribute.name, name.text().data(),
+                                                 attribute.nameSize);
                       });
 }
 

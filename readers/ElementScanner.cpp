@@ -1,10 +1,10 @@
 #include "readers/ElementScanner.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 
 #include "values/ByteClass.h"
+#include "values/Bytes.h"
 
 namespace Xml {
 
@@ -66,7 +66,7 @@ bool ElementScanner::readEndTag(std::size_t slash) {
     const std::string& name = mTree.innermost().getName();
     const std::size_t begin = skipWhite(slash + 1);
     const std::size_t end = begin + name.size();
-    if (end >= mWindow.size() || std::memcmp(mWindow.at(begin), name.data(), name.size()) != 0) {
+    if (end >= mWindow.size() || !Bytes::areEqual(mWindow.at(begin), name.data(), name.size())) {
         return false;
     }
     const std::size_t close = skipWhite(end);
