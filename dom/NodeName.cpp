@@ -52,8 +52,8 @@ std::size_t hashOf(const char* bytes, std::size_t size) {
         last = Bytes::load<std::uint32_t>(bytes + size - 4);
     } else if (size > 0) {
         first = static_cast<unsigned char>(bytes[0]);
-        last = Bytes::load<std::uint8_t>(bytes + size / 2) << 8U |
-               Bytes::load<std::uint8_t>(bytes + size - 1);
+        const std::uint64_t middle = Bytes::load<std::uint8_t>(bytes + size / 2);
+        last = middle << 8 | Bytes::load<std::uint8_t>(bytes + size - 1);
     }
     std::uint64_t hash = (first ^ size) * kFactor;
     hash = ((hash ^ hash >> 32) + last) * kFactor;

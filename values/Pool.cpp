@@ -35,7 +35,7 @@ constexpr std::array<std::uint16_t, 19> kBlockSizes = {
 constexpr std::size_t kClasses = kBlockSizes.size();
 constexpr std::size_t kLargestBlock = kBlockSizes.back();
 constexpr std::size_t kSlabSize = 16384;
-constexpr std::size_t kFewestSlabs = 8;  // in a region
+constexpr std::size_t kFewestSlabs = 4;  // in a region
 constexpr std::size_t kMostSlabs = 128;  // the size of a large page, of processors that have such
 // So much, 32 MB, may lie idle before regions go back to the system.
 constexpr std::size_t kMostIdleSlabs = 2048;
@@ -258,7 +258,7 @@ Slab* Slabs::takeIdleSlab() {
 
 // Regions grow with what there is, so that a small tree takes little and a large one few.
 void Slabs::addRegion() {
-    const std::size_t slabs = std::clamp(mSlabCount / 8, kFewestSlabs, kMostSlabs);
+    const std::size_t slabs = std::clamp(mSlabCount / 32, kFewestSlabs, kMostSlabs);
     auto region = std::make_unique<Region>();
     void* memory = Pages::allocate(slabs * kSlabSize, alignmentOf(slabs));
     *region = {static_cast<char*>(memory), slabs, 0};
