@@ -148,7 +148,10 @@ struct Stock {
     void add(void* block) { blocks[count++] = block; }
     /// Null when there is none.
     void* take(std::size_t sizeClass) {
-        if (count > 0) return blocks[--count];
+        if (count > 0) {
+            void* block = blocks[--count];
+            return block;
+        }
         if (stretch == stretchEnd) return nullptr;
         return std::exchange(stretch, stretch + kBlockSizes[sizeClass]);
     }
