@@ -68,7 +68,7 @@ TEST(Tree, AgreesWithTheModelOverManyShortStories) {
 }
 
 TEST(Tree, AgreesWithTheModelOverLongStories) {
-    for (unsigned seed = 0; seed < 1000 && !HasFatalFailure(); ++seed) expectAgreement(seed, 500);
+    for (unsigned seed = 0; seed < 400 && !HasFatalFailure(); ++seed) expectAgreement(seed, 500);
 }
 
 }  // namespace
