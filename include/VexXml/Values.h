@@ -16,8 +16,8 @@ class Dtd;
 /// A text that a document carries: an attribute's value, character data, an entity's value.
 ///
 /// Holds bytes of any value, NUL included; no encoding is interpreted. Numbers are read from and
-/// turned into text on demand. A moved-from holder is empty. One that would hold 2 GiB or more throws
-/// `std::length_error` and stays as it is.
+/// turned into text on demand. A moved-from holder is empty. One that would hold 2 GiB or more
+/// throws `std::length_error` and stays as it is.
 class VEXXML_API DataHolder {
 public:
     DataHolder();
