@@ -295,6 +295,26 @@ TEST(DataHolder, HoldsTextsOfAllLengths) {
     }
 }
 
+// Texts of these lengths come in pages of their own, of which some are used again.
+TEST(DataHolder, HoldsVeryLongTexts) {
+    for (int round = 0; round < 2; ++round) {
+        std::vector<Twin> twins;
+        for (std::size_t size = 100000; size < 40000000; size *= 2) {
+            const std::string text(size, static_cast<char>('a' + twins.size()));
+            twins.push_back({DataHolder(text), text});
+        }
+        for (const Twin& twin : twins) twin.expectSame();
+        for (Twin& twin : twins) twin.append("end");
+        for (const Twin& twin : twins) twin.expectSame();
+    }
+}
+
+TEST(DataHolder, RefusesATextOfTwoGiB) {
+    DataHolder holder("a");
+    EXPECT_THROW(holder.setSize(std::uint64_t{1} << 31), std::length_error);
+    EXPECT_EQ(textOf(holder), "a");
+}
+
 TEST(DataHolder, HoldsWhatAStringHoldsAfterChangesByChance) {
     std::mt19937 random(1);
     std::vector<Twin> twins(8);
