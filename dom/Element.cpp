@@ -105,9 +105,11 @@ Element::~Element() { destroyChildren(); }
 
 // Everything but the place in the tree and what goes with it.
 void Element::swapContent(Element& other) {
-    const bool otherMayHoldElements = other.is(MayHoldElements);
-    other.mark(MayHoldElements, is(MayHoldElements));
-    mark(MayHoldElements, otherMayHoldElements);
+    for (const Flag flag : {MayHoldText, MayHoldElements}) {
+        const bool otherMay = other.is(flag);
+        other.mark(flag, is(flag));
+        mark(flag, otherMay);
+    }
     mChildren.swap(other.mChildren);
     mAttributes.swap(other.mAttributes);
     mName.swap(other.mName);
@@ -285,6 +287,7 @@ void Element::insertAt(std::size_t place, Object* child) {
 
 void Element::noteChild(const Object& child) {
     if (!isExactly<CharData>(child)) mark(MayHoldElements, true);
+    if (!isExactly<Element>(child)) mark(MayHoldText, true);
 }
 
 // A new child may bring marks along that its place here does not bear out.

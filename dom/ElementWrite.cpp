@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <string_view>
 #include <vector>
 
 #include "VexXml/Dom.h"
@@ -29,6 +30,18 @@ public:
     explicit Writer(OutStream& stream) : mStream(stream), mOut(stream) {}
 
     void write(const Element& top) {
+        writeAll(top);
+        mOut.release();
+    }
+
+private:
+    struct Open {
+        const Element* element;
+        std::size_t next;
+        bool onlyElements;
+    };
+
+    void writeAll(const Element& top) {
         if (!writeStartTag(top)) return;
         Open here = open(top);
         while (true) {
@@ -46,20 +59,13 @@ public:
         }
     }
 
-private:
-    struct Open {
-        const Element* element;
-        std::size_t next;
-        bool onlyElements;
-    };
-
     Open open(const Element& element) {
         const bool onlyElements = element.hasOnlyElements();
-        if (onlyElements) mOut.put('\n');
+        if (onlyElements) mOut.endLine();
         return {&element, 0, onlyElements};
     }
     void endChild(const Open& here) {
-        if (here.onlyElements) mOut.put('\n');
+        if (here.onlyElements) mOut.endLine();
     }
 
     // Stops behind the start tag of a child that has content. Null when there is none left.
@@ -103,14 +109,13 @@ private:
 
     // False when the tag is that of an empty element in short notation, so that nothing follows.
     bool writeStartTag(const Element& element) {
-        mOut.put('<');
-        mOut.put(element.getName());
+        mOut.put('<', nameOf(element));
         if (element.mAttributes) {
             element.mAttributes->forEach(
                 [this](const Attribute& attribute) { writeAttribute(attribute); });
         }
         if (element.mChildren.empty() && writesShortEmptyTags) {
-            mOut.put("/>");
+            mOut.put('/', '>');
             return false;
         }
         mOut.put('>');
@@ -120,19 +125,19 @@ private:
 
     void writeAttribute(const Attribute& attribute) {
         if (!attribute.isOk()) return;
-        mOut.put(' ');
-        mOut.put(attribute.getName());
-        mOut.put("=\"");
         const DataHolder& value = attribute.getValue();
-        mOut.putEscaped({value.toCString(), static_cast<std::size_t>(value.getSize())});
-        mOut.put('"');
+        const std::string_view bytes(value.toCString(), static_cast<std::size_t>(value.getSize()));
+        mOut.put(' ', nameOf(attribute), '=', '"', LinePart::Escaped{bytes}, '"');
+    }
+
+    template <class Node>
+    static std::string_view nameOf(const Node& node) {
+        return node.getName();
     }
 
     void writeEndTag(const Element& element) {
         mOut.decTab();
-        mOut.put("</");
-        mOut.put(element.getName());
-        mOut.put('>');
+        mOut.put('<', '/', nameOf(element), '>');
     }
 
     OutStream& mStream;
@@ -143,7 +148,8 @@ private:
 void Element::write(OutStream& out) const { Writer(out).write(*this); }
 
 bool Element::hasOnlyElements() const {
-    return !mChildren.empty() &&
+    if (mChildren.empty() || !is(MayHoldElements)) return false;
+    return !is(MayHoldText) ||
            std::none_of(mChildren.begin(), mChildren.end(), [](const Object* child) {
                return !isExactly<Element>(*child) && child->isCharData();
            });

@@ -49,11 +49,16 @@ void TreeBuilder::addElement(std::unique_ptr<Element> element) {
 }
 
 void TreeBuilder::addCharData(const char* text, std::size_t size) {
-    add(std::unique_ptr<Object>(new CharData(text, size)));
+    addText(std::unique_ptr<CharData>(new CharData(text, size)));
 }
 
 void TreeBuilder::addPlainText(const char* text, std::size_t size) {
-    add(std::make_unique<CharData>(DataHolder(text, size)));
+    addText(std::make_unique<CharData>(DataHolder(text, size)));
+}
+
+void TreeBuilder::addText(std::unique_ptr<CharData> text) {
+    innermost().mark(Object::MayHoldText, true);
+    add(std::move(text));
 }
 
 std::unique_ptr<Element> TreeBuilder::makeElement(const char* name, std::size_t size,

@@ -65,6 +65,7 @@ private:
     bool orderAttributes(const std::vector<AttributeText>& attributes);
     bool areNamedAsBefore(const std::vector<AttributeText>& attributes) const;
     DataHolder valueOf(const AttributeText& attribute) const;
+    void addText(std::unique_ptr<CharData> text);
     void add(std::unique_ptr<Object> child);
     void attachChildren();
     void deleteChildren(std::size_t from) noexcept;

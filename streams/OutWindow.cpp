@@ -1,10 +1,13 @@
 #include "streams/OutWindow.h"
 
+#include <exception>
 #include <fstream>
 #include <limits>
 #include <locale>
+#include <new>
 #include <ostream>
 #include <sstream>
+#include <string>
 #include <typeinfo>
 #include <utility>
 
@@ -17,13 +20,13 @@ namespace {
 /// The memory that a standard buffer puts bytes into, which only derived classes may ask for.
 struct PutArea : std::streambuf {
     static char* next(const std::streambuf& buffer) { return (buffer.*&PutArea::pptr)(); }
+    static char* begin(const std::streambuf& buffer) { return (buffer.*&PutArea::pbase)(); }
     static char* end(const std::streambuf& buffer) { return (buffer.*&PutArea::epptr)(); }
     static void advance(std::streambuf& buffer, std::ptrdiff_t count) {
         (buffer.*&PutArea::pbump)(static_cast<int>(count));
     }
 };
 
-constexpr unsigned char kEndsRun = ByteClass::Special | ByteClass::LineFeed;
 constexpr std::ptrdiff_t kMostAtOnce = std::numeric_limits<int>::max();
 
 // Whether putting a byte that there is room for does nothing else.
@@ -39,6 +42,29 @@ bool countsBytes(const std::streambuf& buffer) {
     if (typeid(buffer) == typeid(std::stringbuf)) return true;
     return typeid(buffer) == typeid(std::filebuf) &&
            std::use_facet<Conversion>(buffer.getloc()).always_noconv();
+}
+
+// Whether it is that of a string stream, filled up to its end with a text that is long.
+bool isFullOfText(const std::streambuf& buffer, const char* filledTo) {
+    constexpr std::ptrdiff_t kLong = 65536;
+    return typeid(buffer) == typeid(std::stringbuf) && filledTo == PutArea::end(buffer) &&
+           filledTo - PutArea::begin(buffer) >= kLong;
+}
+
+// Makes the text longer in one move. Needs: the buffer is full of it. Changes nothing when there is
+// not enough memory.
+void append(std::stringbuf& buffer, const Pieces& pieces) {
+    const char* const begin = PutArea::begin(buffer);
+    const auto present = static_cast<std::size_t>(PutArea::next(buffer) - begin);
+    const std::size_t size = present + pieces.filled();
+    std::string text;
+    text.reserve(size + size / 2);  // so that the next move is far away
+    text.append(begin, present);
+    for (const Pieces::Piece& piece : pieces) text.append(piece.bytes, piece.filled);
+    const std::streamoff readPosition = buffer.pubseekoff(0, std::ios::cur, std::ios::in);
+    buffer.str(std::move(text));
+    buffer.pubseekoff(0, std::ios::end, std::ios::out);
+    if (readPosition >= 0) buffer.pubseekpos(readPosition, std::ios::in);
 }
 
 }  // namespace
@@ -60,9 +86,57 @@ void OutWindow::takeArea() {
     mEnd = mStart + std::min(PutArea::end(buffer) - mStart, kMostAtOnce);
 }
 
+// Nothing comes out of a destructor; the state of the stream shows the failure.
+OutWindow::~OutWindow() {
+    try {
+        release();
+    } catch (const std::exception&) {
+        mStream = nullptr;
+    }
+}
+
 void OutWindow::release() {
-    if (mNext != mStart) PutArea::advance(*mStream->rdbuf(), mNext - mStart);
+    settle();
+    if (!mPieces.isEmpty()) handOn();
     mStart = mNext = mEnd = nullptr;
+}
+
+// What has been put into the memory counts as filled from now on.
+void OutWindow::settle() {
+    if (mNext == mStart) return;
+    if (mPieces.isEmpty()) {
+        PutArea::advance(*mStream->rdbuf(), mNext - mStart);
+    } else {
+        mPieces.last().filled += static_cast<std::size_t>(mNext - mStart);
+    }
+    if (mStartPosition >= 0) mStartPosition += mNext - mStart;
+    mStart = mNext;
+}
+
+// A text that grows in a string stream moves again and again, each time to fresh memory. So what
+// comes behind a long one is collected first, if there is memory for that. Needs: no room.
+bool OutWindow::collectsMore() {
+    if (mPieces.isEmpty() && !isFullOfText(*mStream->rdbuf(), mEnd)) return false;
+    settle();
+    try {
+        mPieces.add();
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    mStart = mNext = mPieces.last().bytes;
+    mEnd = mStart + mPieces.last().size;
+    return true;
+}
+
+void OutWindow::handOn() {
+    const Pieces pieces = std::move(mPieces);
+    try {
+        append(static_cast<std::stringbuf&>(*mStream->rdbuf()), pieces);
+    } catch (const std::exception&) {
+        for (const Pieces::Piece& piece : pieces) {
+            mStream->write(piece.bytes, static_cast<std::streamsize>(piece.filled));
+        }
+    }
 }
 
 void OutWindow::setPosition(int position) {
@@ -71,27 +145,8 @@ void OutWindow::setPosition(int position) {
     takeBack();
 }
 
-// Where all could be references and still fit, and no line ends, no more questions are asked.
-void OutWindow::putEscaped(std::string_view text) {
-    constexpr std::size_t kLongestReference = 6;
-    if (mOut.mAtLineStart || text.size() > room() / kLongestReference) {
-        return putEscapedSlowly(text);
-    }
-    char* next = mNext;
-    for (const char c : text) {
-        if (!ByteClass::has(c, kEndsRun)) {
-            *next++ = c;
-        } else if (c == '\n') {
-            return putEscapedSlowly(text);
-        } else {
-            const std::string_view reference = stdReference(c);
-            next = std::copy(reference.begin(), reference.end(), next);
-        }
-    }
-    mNext = next;
-}
-
-void OutWindow::putEscapedSlowly(std::string_view text) {
+void OutWindow::putSlowly(LinePart::Escaped escaped) {
+    std::string_view text = escaped.text;
     while (!text.empty()) {
         const auto* const special = std::find_if(text.begin(), text.end(), ByteClass::isSpecial);
         const auto size = static_cast<std::size_t>(special - text.begin());
@@ -133,6 +188,7 @@ void OutWindow::putBytes(const char* bytes, std::size_t count) {
         mNext = std::copy_n(bytes, fitting, mNext);
         bytes += fitting;
         if (bytes == end) return;
+        if (collectsMore()) continue;
         release();
         mStream->put(*bytes++);
         takeBack();

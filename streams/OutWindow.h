@@ -6,6 +6,8 @@
 #include <string_view>
 
 #include "VexXml/Streams.h"
+#include "streams/LinePart.h"
+#include "streams/Pieces.h"
 
 namespace Xml {
 
@@ -19,15 +21,16 @@ namespace Xml {
 class OutWindow {
 public:
     explicit OutWindow(OutStream& out) : mOut(out) { takeBack(); }
-    ~OutWindow() { release(); }
+    /// Releases the stream, if that was not done, but throws nothing, where `release` may.
+    ~OutWindow();
     OutWindow(const OutWindow&) = delete;
     OutWindow& operator=(const OutWindow&) = delete;
 
-    /// As the stream's `<<` does.
-    void put(char c);
-    void put(std::string_view text);
-    /// The same, with special characters as references.
-    void putEscaped(std::string_view text);
+    /// Puts parts of a line one behind the other, as the stream's `<<` does. Should there be line
+    /// feeds in them, the first byte is none.
+    template <class... Parts>
+    void put(const Parts&... parts);
+    void endLine();
     /// What these do is what the stream does.
     void writeDataHolder(const DataHolder& text);
     void incTab() { mOut.incTab(); }
@@ -42,12 +45,16 @@ public:
 
 private:
     std::size_t room() const { return static_cast<std::size_t>(mEnd - mNext); }
-    bool beginsRun(std::size_t count);
+    char* begin(std::size_t most);
+    void putSlowly(char c) { putSlowly(std::string_view(&c, 1)); }
     void putSlowly(std::string_view text);
-    void putEscapedSlowly(std::string_view text);
+    void putSlowly(LinePart::Escaped escaped);
     void putBytes(const char* bytes, std::size_t count);
     void putTabs();
     void takeArea();
+    void settle();
+    bool collectsMore();
+    void handOn();
 
     OutStream& mOut;
     std::ostream* mStream = nullptr;  ///< null where the stream's own operations are to be used
@@ -55,6 +62,8 @@ private:
     char* mNext = nullptr;            ///< to here it is filled,
     char* mEnd = nullptr;             ///< and to here it is free
     std::streamoff mStartPosition = 0;
+    /// What a full string stream has not been given yet. The memory above is that of the last.
+    Pieces mPieces;
 };
 
 inline int OutWindow::getPosition() const {
@@ -62,32 +71,29 @@ inline int OutWindow::getPosition() const {
     return mStartPosition < 0 ? -1 : static_cast<int>(mStartPosition + (mNext - mStart));
 }
 
-// Whether there is room for so many bytes of a line; then the line is indented.
-inline bool OutWindow::beginsRun(std::size_t count) {
-    if (!mOut.mAtLineStart) return count <= room();
+// Where a line, indented if it is new, goes on, when there is room for so many bytes; else null.
+inline char* OutWindow::begin(std::size_t most) {
+    if (!mOut.mAtLineStart) return most <= room() ? mNext : nullptr;
     const auto tabs = static_cast<std::size_t>(mOut.mTabs);
-    if (count + tabs > room()) return false;
+    if (most + tabs > room()) return nullptr;
     mOut.mAtLineStart = false;
-    mNext = std::fill_n(mNext, tabs, '\t');
-    return true;
+    return mNext = std::fill_n(mNext, tabs, '\t');
 }
 
-inline void OutWindow::put(char c) {
-    if (c == '\n' ? room() == 0 : !beginsRun(1)) return putSlowly({&c, 1});
-    if (c == '\n') mOut.mAtLineStart = true;
-    *mNext++ = c;
-}
-
-// Names and the like: too short for anything but to look at each byte.
-inline void OutWindow::put(std::string_view text) {
-    if (text.empty()) return;
-    if (!beginsRun(text.size())) return putSlowly(text);
-    char* next = mNext;
-    for (const char c : text) {
-        if (c == '\n') return putSlowly(text);
-        *next++ = c;
+template <class... Parts>
+void OutWindow::put(const Parts&... parts) {
+    char* next = begin((LinePart::most(parts) + ...));
+    if (next != nullptr && (((next = LinePart::copy(parts, next)) != nullptr) && ...)) {
+        mNext = next;
+    } else {
+        (putSlowly(parts), ...);
     }
-    mNext = next;
+}
+
+inline void OutWindow::endLine() {
+    if (room() == 0) return putSlowly('\n');
+    mOut.mAtLineStart = true;
+    *mNext++ = '\n';
 }
 
 inline void OutWindow::writeDataHolder(const DataHolder& text) {

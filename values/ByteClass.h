@@ -12,8 +12,7 @@ enum Bits : unsigned char {
     Delimiter = 2,
     NameStart = 4,
     NameChar = 8,
-    Special = 16,
-    LineFeed = 32
+    Special = 16
 };
 
 inline constexpr std::array<unsigned char, 256> kTable = [] {
@@ -26,7 +25,6 @@ inline constexpr std::array<unsigned char, 256> kTable = [] {
     mark("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_:", NameStart | NameChar);
     mark("0123456789-.", NameChar);
     mark("&<>\"'", Special);
-    mark("\n", LineFeed);
     return table;
 }();
 

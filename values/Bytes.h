@@ -6,7 +6,7 @@
 
 namespace Xml {
 
-/// Comparing names, which are so short that a call takes longer than the comparison.
+/// Comparing and copying names and the like, which are so short that a call takes longer than that.
 namespace Bytes {
 
 template <class Word>
@@ -14,6 +14,28 @@ Word load(const char* bytes) {
     Word word;
     std::memcpy(&word, bytes, sizeof word);
     return word;
+}
+
+template <class Word>
+void store(char* bytes, Word word) {
+    std::memcpy(bytes, &word, sizeof word);
+}
+
+/// A word all of whose bytes are `byte`.
+template <class Word>
+constexpr Word repeated(unsigned char byte) {
+    return ~Word{0} / 255 * byte;
+}
+
+/// Whether some byte of the word is 0.
+template <class Word>
+constexpr bool hasZero(Word word) {
+    return ((word - repeated<Word>(1)) & ~word & repeated<Word>(0x80)) != 0;
+}
+
+template <class Word>
+constexpr bool has(Word word, unsigned char byte) {
+    return hasZero(word ^ repeated<Word>(byte));
 }
 
 /// Words from the beginning and the end, which overlap if need be. Needs: at least one word.

@@ -248,8 +248,10 @@ private:
         Held = 8,
         /// Of an attribute: among those of an element.
         Listed = 16,
-        /// Of an element: not marked only as long as no child is anything but character data. So
-        /// much of a search can be left out, as most elements hold only text.
+        /// Of an element: not marked only as long as all children are elements.
+        MayHoldText = 16,
+        /// Of an element: not marked only as long as all children are character data. So much of a
+        /// search can be left out, as most elements hold only text.
         MayHoldElements = 32,
         /// Of character data: the caller may change the escaped text unseen.
         Exposed = 32

@@ -272,6 +272,86 @@ TEST(Writing, DoesToFilesWhatPuttingEachByteDoesAlsoInLongTexts) {
     }
 }
 
+/// Some 700,000 bytes; every so many elements there is a node of a caller's own, if at all.
+Tree longTree(int nodeDistance) {
+    Tree top(element("top"));
+    for (int i = 0; i < 7000; ++i) {
+        top->addChild(element("child", {text(std::string(80, 'x'))}));
+        if (nodeDistance > 0 && i % nodeDistance == 0) top->addChild(new WatchingNode(false));
+    }
+    return top;
+}
+
+// Some of the text is read before, the rest behind it.
+std::string recordOfLongText(std::stringstream& stream, Xml::OutStream& out, const Tree& tree) {
+    std::string read(3, '.');
+    stream.read(read.data(), 3);
+    stream.clear();
+    tree->toStream(out);
+    const auto readPosition = static_cast<std::streamoff>(stream.tellg());
+    std::string record = read + std::to_string(readPosition);
+    record += ' ' + std::to_string(static_cast<std::streamoff>(stream.tellp()));
+    out << "\nend";
+    record += ' ' + std::to_string(out.getPosition()) + stream.str();
+    std::getline(stream, read);
+    out.setPosition(100);
+    tree->toStream(out);
+    return record + read + stream.str();
+}
+
+struct LongTextCase {
+    const char* what;
+    std::size_t before;
+    std::ios::openmode mode;
+    int nodeDistance;
+};
+
+TEST(Writing, DoesToStringStreamsWhatPuttingEachByteDoesAlsoInLongTexts) {
+    constexpr auto kBoth = std::ios::in | std::ios::out;
+    const LongTextCase cases[] = {
+        {"an empty stream", 0, kBoth, 0},
+        {"a short text to be written over", 100, kBoth, 0},
+        {"a long text to be written over", 300000, kBoth, 0},
+        {"behind a short text", 100, kBoth | std::ios::app, 0},
+        {"behind a long text", 300000, kBoth | std::ios::ate, 0},
+        {"a stream that is only written to", 0, std::ios::out, 0},
+        {"a stream that is seldom released", 0, kBoth, 3000},
+        {"a stream that is often released", 0, kBoth, 50},
+    };
+    for (const LongTextCase& test : cases) {
+        SCOPED_TRACE(test.what);
+        const Tree tree = longTree(test.nodeDistance);
+        std::stringstream stream(std::string(test.before, '-'), test.mode);
+        std::stringstream other(std::string(test.before, '-'), test.mode);
+        Xml::FileOutStream file(&stream);
+        PutByPut putByPut(&other);
+        const std::string expected = recordOfLongText(other, putByPut, tree);
+        EXPECT_TRUE(recordOfLongText(stream, file, tree) == expected);
+    }
+}
+
+TEST(Writing, WritesValuesOfAnyLengthWithASpecialByteAnywhere) {
+    const Tree tree(element("top"));
+    for (std::size_t size = 0; size < 40; ++size) {
+        for (std::size_t place = 0; place < size; ++place) {
+            for (const char special : std::string("&<>\"'\n#=%;\v\x8A\xA2\xBC")) {
+                std::string value(size, 'x');
+                value[place] = special;
+                auto* child = element(std::string(size, 'n'));
+                child->setAttribute("a", value);
+                tree->addChild(child);
+            }
+        }
+    }
+    std::ostringstream stream;
+    std::ostringstream other;
+    Xml::FileOutStream file(&stream);
+    PutByPut putByPut(&other);
+    tree->toStream(file);
+    tree->toStream(putByPut);
+    EXPECT_TRUE(stream.str() == other.str());
+}
+
 /// A stream of a caller, derived from one that need not be asked byte by byte.
 class Shouting : public Xml::FileOutStream {
 public:
