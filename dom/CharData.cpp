@@ -1,18 +1,53 @@
+#include <algorithm>
 #include <cstring>
+#include <memory>
+#include <new>
+#include <string_view>
 #include <utility>
 
 #include "VexXml/Dom.h"
 #include "VexXml/Streams.h"
+#include "values/BorrowedText.h"
+#include "values/Pool.h"
 #include "values/References.h"
 
 namespace Xml {
 
-/// The text that was last asked for, in the two forms in which callers refer to it.
-struct CharData::PlainText {
-    DataHolder data;
-    bool isCurrent = false;  ///< `data` is what would be made of the escaped text again
-    std::string text;
+/// The text that was last asked for, in the two forms in which callers refer to it. Its bytes lie
+/// behind it, so that all is one piece of memory.
+class CharData::PlainText {
+public:
+    static PlainTextOwner make(std::string_view text, bool stays) {
+        void* memory = Pool::allocate(bytesFor(text.size()));
+        return PlainTextOwner(new (memory) PlainText(text, stays));
+    }
+    static void destroy(PlainText* plain) noexcept {
+        const std::size_t bytes = bytesFor(static_cast<std::size_t>(plain->data().getSize()));
+        plain->~PlainText();
+        Pool::release(plain, bytes);
+    }
+    const DataHolder& data() const { return mData.text(); }
+
+    std::unique_ptr<std::string> string;  ///< null until `toString` gives it
+    bool isCurrent;                       ///< it is what would be made of the escaped text again
+
+private:
+    PlainText(std::string_view text, bool stays)
+        : isCurrent(stays), mData(copyBehind(text), text.size()) {}
+
+    static std::size_t bytesFor(std::size_t size) { return sizeof(PlainText) + size + 1; }
+    char* copyBehind(std::string_view text) {
+        char* bytes = reinterpret_cast<char*>(this + 1);
+        *std::copy(text.begin(), text.end(), bytes) = '\0';
+        return bytes;
+    }
+
+    BorrowedText mData;
 };
+
+void CharData::PlainTextDeleter::operator()(PlainText* plain) const noexcept {
+    PlainText::destroy(plain);
+}
 
 CharData::CharData() = default;
 
@@ -51,8 +86,11 @@ CharData::~CharData() = default;
 Object* CharData::clone() const { return new CharData(*this); }
 
 const std::string& CharData::toString() const {
-    const std::string text = getData();
-    return plainText().text = text;
+    const DataHolder& text = getData();
+    if (!mPlainText) mPlainText = PlainText::make({}, false);
+    std::unique_ptr<std::string>& string = mPlainText->string;
+    if (!string) string = std::make_unique<std::string>();
+    return *string = text;
 }
 
 bool CharData::isCharData() const { return true; }
@@ -60,22 +98,19 @@ bool CharData::isCharData() const { return true; }
 // A text without references is plain as it stands. One whose references are all to characters,
 // which no DTD changes, is made once.
 const DataHolder& CharData::getData() const {
-    if (mPlainText && mPlainText->isCurrent) return mPlainText->data;
+    if (mPlainText && mPlainText->isCurrent) return mPlainText->data();
     const auto size = static_cast<std::size_t>(mData.getSize());
     if (std::memchr(mData.toCString(), '&', size) == nullptr) return mData;
-    PlainText& plain = plainText();
-    plain.data.clear();
-    plain.isCurrent = appendReplaced(plain.data, mData, dtd()) && !is(Exposed);
-    return plain.data;
+    const ReplacedText replaced(mData, dtd());
+    PlainTextOwner made =
+        PlainText::make(replaced.view(), replaced.areCharacters() && !is(Exposed));
+    if (mPlainText) made->string = std::move(mPlainText->string);
+    mPlainText = std::move(made);
+    return mPlainText->data();
 }
 
 void CharData::forgetPlainText() noexcept {
     if (mPlainText) mPlainText->isCurrent = false;
-}
-
-CharData::PlainText& CharData::plainText() const {
-    if (!mPlainText) mPlainText = std::make_unique<PlainText>();
-    return *mPlainText;
 }
 
 void CharData::getData(DataHolder* out) const { *out = getData(); }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <iterator>
@@ -10,6 +11,7 @@
 #include "VexXml/Dtd.h"
 #include "VexXml/Values.h"
 #include "values/ByteClass.h"
+#include "values/Bytes.h"
 #include "values/References.h"
 
 namespace Xml {
@@ -64,6 +66,67 @@ char characterValue(std::string_view name) {
     return '\0';
 }
 
+// As above, for a reference by a decimal number of few digits. Goes behind it if it is one.
+char takeShortNumber(const char*& at, const char* end) {
+    constexpr std::ptrdiff_t kMostDigits = 9;  // fit any 32 bits
+    const char* const first = at + 2;
+    const char* digit = first;
+    std::uint32_t number = 0;
+    for (; digit < end && *digit >= '0' && *digit <= '9'; ++digit) {
+        number = number * 10 + static_cast<std::uint32_t>(*digit - '0');
+    }
+    if (digit == end || *digit != ';' || digit - first > kMostDigits) return '\0';
+    at = digit + 1;
+    return static_cast<char>(static_cast<unsigned char>(number));
+}
+
+// By the first two letters of a name. Each of the predefined ones has a slot for itself.
+constexpr std::size_t slotOf(char first, char second) {
+    return static_cast<std::size_t>(first ^ second) % 16;
+}
+
+using EntitiesBySlot = std::array<StdEntity, 16>;
+
+constexpr EntitiesBySlot kEntitiesBySlot = [] {
+    EntitiesBySlot entities{};
+    for (const StdEntity& entity : kStdEntities) {
+        entities[slotOf(entity.name()[0], entity.name()[1])] = entity;
+    }
+    return entities;
+}();
+
+// As above, for the references that are usual. The others are left to slower ways.
+char takeUsualReference(const char*& at, const char* end) {
+    constexpr std::ptrdiff_t kShortest = 4;
+    if (end - at < kShortest) return '\0';
+    if (at[1] == '#') return takeShortNumber(at, end);
+    const StdEntity& entity = kEntitiesBySlot[slotOf(at[1], at[2])];
+    const std::size_t size = entity.reference.size();
+    if (static_cast<std::size_t>(end - at) < size ||
+        !Bytes::areEqual(at, entity.reference.data(), size)) {
+        return '\0';
+    }
+    at += size;
+    return entity.character;
+}
+
+// Puts the plain text at `out`, which has room for the text as it is, and returns its end; null
+// when there is a reference that is not a usual one.
+char* replaceUsualReferences(std::string_view text, char* out) {
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    while (at < end) {
+        if (*at != '&') {
+            *out++ = *at++;
+        } else if (const char character = takeUsualReference(at, end)) {
+            *out++ = character;
+        } else {
+            return nullptr;
+        }
+    }
+    return out;
+}
+
 std::string_view viewOf(const DataHolder& text) {
     return {text.toCString(), static_cast<std::size_t>(text.getSize())};
 }
@@ -74,24 +137,8 @@ void append(DataHolder& text, std::string_view bytes) {
 
 std::string reference(const std::string& name) { return '&' + name + ';'; }
 
-}  // namespace
-
-std::string_view stdReference(char character) {
-    const StdEntity* entity = std::begin(kStdEntities);
-    while (entity->character != character) ++entity;
-    return entity->reference;
-}
-
-DataHolder& replaceEntities(DataHolder& text, const Dtd* dtd) {
-    if (viewOf(text).find('&') == std::string_view::npos) return text;
-    DataHolder result;
-    appendReplaced(result, text, dtd);
-    return text = std::move(result);
-}
-
 // A NUL stands behind the text, and a ";" behind every name but one that goes on to the end.
-bool appendReplaced(DataHolder& result, const DataHolder& text, const Dtd* dtd) {
-    const std::string_view source = viewOf(text);
+bool appendReplaced(DataHolder& result, std::string_view source, const Dtd* dtd) {
     bool areCharacters = true;
     std::size_t copied = 0;  // invariant: `result` stands for all of `source` in front of here
     for (;;) {
@@ -108,6 +155,32 @@ bool appendReplaced(DataHolder& result, const DataHolder& text, const Dtd* dtd) 
         }
         copied = std::min(end + 1, source.size());
     }
+}
+
+}  // namespace
+
+std::string_view stdReference(char character) {
+    const StdEntity* entity = std::begin(kStdEntities);
+    while (entity->character != character) ++entity;
+    return entity->reference;
+}
+
+DataHolder& replaceEntities(DataHolder& text, const Dtd* dtd) {
+    if (viewOf(text).find('&') == std::string_view::npos) return text;
+    const ReplacedText replaced(text, dtd);
+    return text = DataHolder(replaced.view().data(), replaced.view().size());
+}
+
+ReplacedText::ReplacedText(const DataHolder& text, const Dtd* dtd) {
+    const std::string_view source = viewOf(text);
+    if (source.size() <= mShort.size()) {
+        if (const char* end = replaceUsualReferences(source, mShort.data())) {
+            mView = {mShort.data(), static_cast<std::size_t>(end - mShort.data())};
+            return;
+        }
+    }
+    mAreCharacters = appendReplaced(mLong, source, dtd);
+    mView = viewOf(mLong);
 }
 
 DataHolder& insertStdEntities(DataHolder& text) {

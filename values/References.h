@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string_view>
 
 #include "VexXml/Values.h"
@@ -9,8 +10,23 @@ namespace Xml {
 /// The reference that stands for a special character, such as "&lt;". Needs: one of & < > " '.
 std::string_view stdReference(char character);
 
-/// Appends the text with its references replaced as by `replaceEntities`. True when all are to
-/// characters, so that no DTD has a say.
-bool appendReplaced(DataHolder& result, const DataHolder& text, const Dtd* dtd);
+/// A text with its references replaced as by `replaceEntities`.
+class ReplacedText {
+public:
+    ReplacedText(const DataHolder& text, const Dtd* dtd);
+    ReplacedText(const ReplacedText&) = delete;
+    ReplacedText& operator=(const ReplacedText&) = delete;
+
+    std::string_view view() const { return mView; }
+    /// Whether all references are to characters, so that no DTD has a say.
+    bool areCharacters() const { return mAreCharacters; }
+
+private:
+    std::string_view mView;
+    bool mAreCharacters = true;
+    /// Short texts are put together here, as appending one small piece after another is slow.
+    std::array<char, 256> mShort;
+    DataHolder mLong;  ///< others, and those with unusual references
+};
 
 }  // namespace Xml

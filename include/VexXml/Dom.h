@@ -385,14 +385,17 @@ private:
     friend class NodeAccess;
     friend class TreeBuilder;
 
-    struct PlainText;
+    class PlainText;
+    struct PlainTextDeleter {
+        void operator()(PlainText* plain) const noexcept;
+    };
+    using PlainTextOwner = std::unique_ptr<PlainText, PlainTextDeleter>;
 
     CharData(const char* escapedText, std::size_t size);
-    PlainText& plainText() const;
     void forgetPlainText() noexcept;
 
     DataHolder mData;
-    mutable std::unique_ptr<PlainText> mPlainText;  ///< made by `getData` and `toString`
+    mutable PlainTextOwner mPlainText;  ///< made by `getData` and `toString`
 };
 
 /// A named node with attributes and children.

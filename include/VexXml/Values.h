@@ -73,6 +73,8 @@ public:
     operator std::string() const;  // NOLINT(google-explicit-constructor): texts convert freely
 
 private:
+    friend class BorrowedText;
+
     static constexpr std::size_t kSmallCapacity = 15;
     static constexpr std::uint8_t kLong = 255;
 

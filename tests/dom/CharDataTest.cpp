@@ -62,6 +62,30 @@ TEST(CharData, GivesItsPlainTextThroughAnArgument) {
     EXPECT_EQ(std::string(plain), "a<b");
 }
 
+TEST(CharData, GivesPlainTextsOfAnyLength) {
+    for (std::size_t length = 0; length < 600; ++length) {
+        const std::string plain = std::string(length, 'x') + "<";
+        Xml::CharData text{Xml::DataHolder(plain)};
+        EXPECT_EQ(text.toString(), plain);
+        EXPECT_EQ(plainOf(text), plain);
+        EXPECT_EQ(text.getData(), Xml::DataHolder(plain));
+        EXPECT_STREQ(text.getData().toCString(), plain.c_str());
+    }
+}
+
+TEST(CharData, GivesPlainTextsThatMayBeCopiedAndChanged) {
+    for (const std::size_t length : {0U, 14U, 15U, 16U, 1000U}) {
+        const std::string plain = std::string(length, 'x') + "<";
+        auto text = std::make_unique<Xml::CharData>(Xml::DataHolder(plain));
+        Xml::DataHolder copy = text->getData();
+        Xml::DataHolder assigned;
+        assigned = text->getData();
+        text.reset();
+        EXPECT_EQ(std::string(copy.push('>')), plain + ">");
+        EXPECT_EQ(std::string(assigned.push('>')), plain + ">");
+    }
+}
+
 TEST(CharData, HoldsAReferenceAsItIs) {
     Xml::CharData built{Xml::Entity("copy")};
     Xml::CharData changed{Xml::DataHolder("old")};

@@ -52,6 +52,9 @@ const std::pair<std::string, std::string> kReplacements[] = {
     {"&# 65;", "A"},
     {"&#+65;", "A"},
     {"&#65x;", "A"},
+    {"&#000000065;", "A"},
+    {"&#0000000065;", "A"},
+    {"&#65", "A"},
     {"&#x0x41;", "A"},
     {"&#0;", "&#0;"},
     {"&#256;", "&#256;"},
@@ -66,6 +69,10 @@ const std::pair<std::string, std::string> kReplacements[] = {
     {"a&b", "a&b;"},
     {"a&", "a&;"},
     {"a&lt", "a<"},
+    {"a&apos", "a'"},
+    {"a&apo", "a&apo;"},
+    {"&lt;a&am;&gt;", "<a&am;>"},
+    {"&ampx;&lt;", "&ampx;<"},
     {"&&lt;", "&&lt;"},
     {"&a&lt;b;", "&a&lt;b;"},
     {"x;y", "x;y"},
@@ -76,6 +83,19 @@ const std::pair<std::string, std::string> kReplacements[] = {
 TEST(References, AreReplacedByWhatTheyStandFor) {
     for (const auto& [text, expected] : kReplacements) {
         EXPECT_EQ(replaced(text), expected) << text;
+    }
+}
+
+// Short texts are put together in another way than long ones.
+TEST(References, AreReplacedInTextsOfAnyLength) {
+    for (std::size_t length = 0; length < 600; ++length) {
+        const std::string padding(length, 'x');
+        EXPECT_EQ(replaced(padding + "&lt;&#65;x"), padding + "<Ax") << length;
+        EXPECT_EQ(replaced(padding + "&#x41;&a"), padding + "A&a;") << length;
+    }
+    const std::string padding(600, 'x');
+    for (const auto& [text, expected] : kReplacements) {
+        EXPECT_EQ(replaced(padding + text), padding + expected) << text;
     }
 }
 
