@@ -12,8 +12,8 @@ Attribute::Attribute(const std::string& name, const DataHolder& value)
     if (!isName(name)) Message(std::string("<Attribute::Attribute> not a valid name"));
 }
 
-Attribute::Attribute(const Detail::NodeName& name, DataHolder value)
-    : mName(name), mValue(std::move(value)) {}
+Attribute::Attribute(const Detail::NodeName& name, const char* value, std::size_t size)
+    : mName(name), mValue(value, size) {}
 
 Attribute::Attribute(const Attribute& other)
     : Object(other), mName(other.mName), mValue(other.mValue) {}

@@ -4,12 +4,23 @@
 #include <iterator>
 #include <utility>
 
+#include "dom/Freeing.h"
+
 namespace Xml {
 namespace {
 
 constexpr std::size_t kMostInBlock = 256;
 
 }  // namespace
+
+// The library makes all attributes that it holds by itself, so their class is known.
+void AttributeDeleter::operator()(Attribute* attribute) const noexcept {
+    if (attribute->is(Object::InList)) {
+        attribute->Attribute::~Attribute();
+    } else {
+        deleteExactly(attribute);
+    }
+}
 
 // Nothing throws once the attributes have this owner too.
 AttributeBlocks::AttributeBlocks(Attribute* const* attributes, std::size_t count)
@@ -22,8 +33,9 @@ AttributeBlocks::Place AttributeBlocks::placeOf(const std::string& name) const {
     const auto endsBefore = [](const Block& block, const std::string& wanted) {
         return block.back()->heldName() < wanted;
     };
-    const auto isBefore = [](const std::unique_ptr<Attribute>& attribute,
-                             const std::string& wanted) { return attribute->heldName() < wanted; };
+    const auto isBefore = [](const Item& attribute, const std::string& wanted) {
+        return attribute->heldName() < wanted;
+    };
     const auto block = std::lower_bound(mBlocks.begin(), mBlocks.end(), name, endsBefore);
     const auto number = static_cast<std::size_t>(block - mBlocks.begin());
     if (block == mBlocks.end()) {
@@ -60,7 +72,8 @@ void AttributeBlocks::insert(std::unique_ptr<Attribute> attribute) {
     const Place place = placeOf(attribute->heldName());
     if (mBlocks.empty()) mBlocks.emplace_back();
     Block& block = mBlocks[place.block];
-    block.insert(block.begin() + static_cast<std::ptrdiff_t>(place.index), std::move(attribute));
+    block.insert(block.begin() + static_cast<std::ptrdiff_t>(place.index),
+                 Item(attribute.release()));
     ++mSize;
     if (block.size() > kMostInBlock) splitBlock(place.block);
 }

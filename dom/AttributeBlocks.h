@@ -9,6 +9,11 @@
 
 namespace Xml {
 
+/// Frees an attribute, but for memory that is that of a list.
+struct AttributeDeleter {
+    void operator()(Attribute* attribute) const noexcept;
+};
+
 /// An `AttributeList` of very many. They are kept in blocks, so that adding one moves few others,
 /// however many there are and in whatever order they come. No block is empty.
 class AttributeBlocks {
@@ -40,7 +45,8 @@ public:
     }
 
 private:
-    using Block = std::vector<std::unique_ptr<Attribute>>;
+    using Item = std::unique_ptr<Attribute, AttributeDeleter>;
+    using Block = std::vector<Item>;
 
     struct Place {
         std::size_t block;

@@ -334,12 +334,12 @@ void Element::setAttribute(const std::string& name, const DataHolder& value) {
 }
 
 void Element::removeAttribute(const std::string& name) {
-    if (mAttributes && mAttributes->erase(name)) touch();
+    if (mAttributes && AttributeList::erase(mAttributes, name)) touch();
 }
 
 void Element::removeAttribute(int index) {
     if (getAttribute(index) == nullptr) return;
-    mAttributes->erase(index);
+    AttributeList::erase(mAttributes, index);
     touch();
 }
 

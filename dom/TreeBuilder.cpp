@@ -79,11 +79,10 @@ void TreeBuilder::setAttributes(Element& element, const std::vector<AttributeTex
     }
     element.mAttributes = AttributeList::withRoomFor(attributes.size());
     for (const std::size_t place : mOrder) {
-        std::unique_ptr<Attribute> attribute(
-            new Attribute(mNames[place], valueOf(attributes[place])));
-        attribute->linkTo(&element);
-        attribute->mark(Object::Listed, true);
-        element.mAttributes->append(std::move(attribute));
+        const AttributeText& text = attributes[place];
+        Attribute& attribute =
+            element.mAttributes->append(mNames[place], text.value, text.valueSize, element);
+        if (text.hasReference) replaceEntities(attribute.mValue, mDtd);
     }
 }
 

@@ -53,5 +53,22 @@ inline bool areEqual(const char* a, const char* b, std::size_t size) {
     return size == 0 || *a == *b;
 }
 
+template <class Word>
+void copyEnds(char* to, const char* from, std::size_t size) {
+    const std::size_t last = size - sizeof(Word);
+    const Word begin = load<Word>(from);
+    const Word end = load<Word>(from + last);
+    store(to, begin);
+    store(to + last, end);
+}
+
+/// Needs: not more than 16 bytes.
+inline void copyFew(char* to, const char* from, std::size_t size) {
+    if (size >= 8) return copyEnds<std::uint64_t>(to, from, size);
+    if (size >= 4) return copyEnds<std::uint32_t>(to, from, size);
+    if (size >= 2) return copyEnds<std::uint16_t>(to, from, size);
+    if (size == 1) *to = *from;
+}
+
 }  // namespace Bytes
 }  // namespace Xml

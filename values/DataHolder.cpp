@@ -6,13 +6,14 @@
 #include <utility>
 
 #include "VexXml/Values.h"
+#include "values/Bytes.h"
 #include "values/Pool.h"
 
 namespace Xml {
 namespace {
 
 constexpr std::size_t kGrain = 8;
-constexpr std::size_t kLargestInGrains = 512;  // what is not pooled has sizes of any kind
+constexpr std::size_t kLargestInGrains = 1024;  // what is not pooled has sizes of any kind
 
 // Sizes are told as `int`.
 constexpr std::size_t kLongest = std::numeric_limits<std::int32_t>::max();
@@ -36,7 +37,7 @@ DataHolder::DataHolder(DataHolder&& other) noexcept : DataHolder() { swap(other)
 DataHolder::DataHolder(const char* bytes, std::uint64_t size) {
     const std::size_t length = checkedSize(size);
     if (length <= kSmallCapacity) {
-        if (length > 0) std::memcpy(mSmall, bytes, length);
+        Bytes::copyFew(mSmall, bytes, length);
         mSmall[kSmallCapacity] = static_cast<char>(kSmallCapacity - length);
         return;
     }

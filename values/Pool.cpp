@@ -30,8 +30,9 @@ constexpr bool kIsPooled = true;
 // Whatever size is a multiple of 16 has a block size that is one too, so that its blocks are
 // aligned for anything that may have such a size.
 constexpr std::size_t kGrain = 8;
-constexpr std::array<std::uint16_t, 19> kBlockSizes = {
-    16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384, 448, 512};
+constexpr std::array<std::uint16_t, 25> kBlockSizes = {16,  24,  32,  40,  48,  56,  64,  80,  96,
+                                                       112, 128, 160, 192, 224, 256, 320, 384, 448,
+                                                       512, 576, 640, 704, 768, 896, 1024};
 constexpr std::size_t kClasses = kBlockSizes.size();
 constexpr std::size_t kLargestBlock = kBlockSizes.back();
 constexpr std::size_t kSlabSize = 16384;

@@ -220,6 +220,8 @@ protected:
 
 private:
     friend class Attribute;
+    friend class AttributeList;
+    friend struct AttributeDeleter;
     friend class CharData;
     friend class Document;
     friend class Element;
@@ -253,6 +255,8 @@ private:
         /// Of an element: not marked only as long as all children are character data. So much of a
         /// search can be left out, as most elements hold only text.
         MayHoldElements = 32,
+        /// Of an attribute: it lies in the memory of a list of attributes.
+        InList = 32,
         /// Of character data: the caller may change the escaped text unseen.
         Exposed = 32
     };
@@ -307,7 +311,7 @@ private:
     friend class NodeAccess;
     friend class TreeBuilder;
 
-    Attribute(const Detail::NodeName& name, DataHolder value);
+    Attribute(const Detail::NodeName& name, const char* value, std::size_t size);
     const std::string& heldName() const;
     void setHeldName(const std::string& name);
     void rename(const Detail::NodeName& name);
