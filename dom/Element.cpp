@@ -25,7 +25,7 @@ Element::Element(const std::string& name, const DataHolder& text) : Element(name
 }
 
 // Touched, as setting its name would do.
-Element::Element(Detail::NodeName name, WithoutChildren) : mName(std::move(name)) {
+Element::Element(const char* name, std::size_t size, WithoutChildren) : mName(name, size) {
     mark(PathTouched, true);
 }
 

@@ -90,25 +90,7 @@ const std::string* SharedNames::add(Slot& slot, const char* bytes, std::size_t s
 
 }  // namespace
 
-NodeName::NodeName() noexcept { share(noName()); }
-
-NodeName::NodeName(const std::string& text) : NodeName(text.data(), text.size()) {}
-
-NodeName::NodeName(const char* bytes, std::size_t size) : NodeName() {
-    if (const std::string* text = sharedNames.find(bytes, size)) {
-        share(text);
-    } else {
-        ownTexts().name.assign(bytes, size);
-    }
-}
-
-NodeName::NodeName(const NodeName& other) : NodeName() {
-    if (other.isOwn()) {
-        *this = NodeName(other.text());
-    } else {
-        mTagged = other.mTagged;
-    }
-}
+NodeName::NodeName() noexcept : mTagged(reinterpret_cast<const char*>(noName())) {}
 
 NodeName::NodeName(NodeName&& other) noexcept : NodeName() { swap(other); }
 
@@ -117,11 +99,19 @@ NodeName& NodeName::operator=(NodeName other) noexcept {
     return *this;
 }
 
-NodeName::Texts& NodeName::ownTexts() {
-    if (isOwn()) return own();
+const char* NodeName::tagFor(const char* name, std::size_t size) {
+    const std::string* text = sharedNames.find(name, size);
+    return text != nullptr ? reinterpret_cast<const char*>(text) : makeOwn(name, size);
+}
+
+const char* NodeName::makeOwn(const char* name, std::size_t size) {
     auto texts = std::make_unique<Texts>();
-    texts->name = *shared();
-    mTagged = reinterpret_cast<const char*>(texts.release()) + 1;
+    texts->name.assign(name, size);
+    return reinterpret_cast<const char*>(texts.release()) + 1;
+}
+
+NodeName::Texts& NodeName::ownTexts() {
+    if (!isOwn()) mTagged = makeOwn(shared()->data(), shared()->size());
     return own();
 }
 

@@ -80,12 +80,6 @@ void Object::setParent(Object* parent) {
     mark(Held, false);
 }
 
-// The holder is null for none.
-void Object::linkTo(Object* holder) {
-    mParent.setTarget(holder);
-    mark(Held, holder != nullptr);
-}
-
 bool Object::isPathTouched() const { return is(Touched) && dtd() == nullptr && is(PathTouched); }
 
 // Whether writing and binding the parent does so to this node too. What an element of a class that

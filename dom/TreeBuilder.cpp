@@ -63,8 +63,7 @@ void TreeBuilder::addText(std::unique_ptr<CharData> text) {
 
 std::unique_ptr<Element> TreeBuilder::makeElement(const char* name, std::size_t size,
                                                   const std::vector<AttributeText>& attributes) {
-    std::unique_ptr<Element> element(
-        new Element(Detail::NodeName(name, size), Element::WithoutChildren()));
+    std::unique_ptr<Element> element(new Element(name, size, Element::WithoutChildren()));
     if (!attributes.empty()) setAttributes(*element, attributes);
     return element;
 }

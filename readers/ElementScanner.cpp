@@ -35,30 +35,32 @@ bool ElementScanner::readNext() {
 bool ElementScanner::readCharData(std::size_t first) {
     const std::size_t begin = mWindow.position();
     const std::size_t end = mWindow.find('<', first);
-    if (end == mWindow.size() || !passOverLookAhead(first)) return false;
+    const std::size_t tokenEnd = lookAhead(first);
+    if (end == mWindow.size() || tokenEnd == mWindow.size()) return false;
+    if (tokenEnd > end || mWindow[tokenEnd] == '\r') mWindow.passOver(begin, tokenEnd + 1);
     mWindow.passOver(begin, end + 1);
     mTree.addCharData(mWindow.at(begin), end - begin);
     mWindow.moveTo(end);
     return true;
 }
 
-// A token ends in front of a delimiter or white space, unless it is a reference or a string. One
-// that the text breaks off in is a mistake.
-bool ElementScanner::passOverLookAhead(std::size_t first) {
+// The last byte that is looked at to see where the token ends: in front of a delimiter or white
+// space, unless it is a reference or a string. The size where the text breaks off in it, which is a
+// mistake.
+std::size_t ElementScanner::lookAhead(std::size_t first) {
     const char c = mWindow[first];
-    std::size_t end = first;
-    if (c == '"' || c == '\'') {
-        end = mWindow.findAhead(c, first + 1);
-    } else if (c == '&') {
-        end = mWindow.findAhead(';', first + 1);
-    } else if (c == '/') {
-        ++end;
-    } else if (!ByteClass::isDelimiter(c)) {
-        end = skipToken(end);
-    }
-    if (end == mWindow.size()) return false;
-    mWindow.passOver(mWindow.position(), end + 1);
-    return true;
+    if (c == '"' || c == '\'') return mWindow.findAhead(c, first + 1);
+    if (c == '&') return mWindow.findAhead(';', first + 1);
+    if (c == '/') return first + 1;
+    return ByteClass::isDelimiter(c) ? first : skipToken(first);
+}
+
+// The stream reads token by token, and looks at the byte behind each. Tokens in a row leave the
+// same traces as all of them at once, unless that byte is a carriage return.
+void ElementScanner::endToken(std::size_t end) {
+    if (mWindow[end] != '\r') return;
+    mWindow.passOver(mTokens, end + 1);
+    mTokens = end;
 }
 
 // ETag ::= '</' Name '>'
@@ -71,9 +73,9 @@ bool ElementScanner::readEndTag(std::size_t slash) {
     }
     const std::size_t close = skipWhite(end);
     if (name.empty() || mWindow[close] != '>') return false;
-    mWindow.passOver(mWindow.position(), slash + 1);
-    mWindow.passOver(slash + 1, end + 1);
-    mWindow.passOver(end, close + 1);
+    mTokens = mWindow.position();
+    endToken(end);
+    mWindow.passOver(mTokens, close + 1);
     mWindow.moveTo(close + 1);
     mTree.endElement();
     return true;
@@ -81,23 +83,27 @@ bool ElementScanner::readEndTag(std::size_t slash) {
 
 // STag ::= '<' Name Attribute* '>'      EmptyElemTag ::= '<' Name Attribute* '/>'
 //
+//
 // The stream looks at the "<" and the byte behind it, and then reads the tag.
 bool ElementScanner::readStartTag(std::size_t open) {
     const std::size_t begin = skipWhite(open + 1);
     const std::size_t end = skipName(begin);
     if (end == begin) return false;
-    mWindow.passOver(mWindow.position(), open + 2);
-    mWindow.passOver(mWindow.position(), open + 2);
-    mWindow.passOver(open + 1, end + 1);
+    mTokens = mWindow.position();
+    if (mWindow[open + 1] == '\r') mWindow.passOver(mTokens, open + 2);
+    endToken(open + 1);
+    endToken(end);
     std::size_t at = end;
     if (!readAttributes(at)) return false;
     const bool isEmpty = mWindow[at] == '/';
+    const std::size_t tagEnd = at + (isEmpty ? 2 : 1);
+    mWindow.passOver(mTokens, tagEnd);
     if (isEmpty) {
         mTree.addElement(mWindow.at(begin), end - begin, mAttributes);
     } else {
         mTree.beginElement(mWindow.at(begin), end - begin, mAttributes);
     }
-    mWindow.moveTo(at + (isEmpty ? 2 : 1));
+    mWindow.moveTo(tagEnd);
     return true;
 }
 
@@ -108,7 +114,6 @@ bool ElementScanner::readAttributes(std::size_t& at) {
         const std::size_t next = skipWhite(at);
         const bool isEmpty = mWindow[next] == '/' && mWindow[next + 1] == '>';
         if (mWindow[next] == '>' || isEmpty) {
-            mWindow.passOver(at, next + (isEmpty ? 2 : 1));
             at = next;
             return true;
         }
@@ -126,9 +131,7 @@ bool ElementScanner::readAttribute(std::size_t name, std::size_t& at) {
     bool hasReference = false;
     const std::size_t close = findQuote(quote, open + 1, hasReference);
     if (close == mWindow.size()) return false;
-    mWindow.passOver(at, nameEnd + 1);
-    mWindow.passOver(nameEnd, equals + 1);
-    mWindow.passOver(equals + 1, close + 1);
+    endToken(nameEnd);
     mAttributes.push_back(
         {mWindow.at(name), nameEnd - name, mWindow.at(open + 1), close - open - 1, hasReference});
     at = close + 1;

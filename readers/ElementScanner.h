@@ -29,7 +29,8 @@ private:
 
     bool readNext();
     bool readCharData(std::size_t first);
-    bool passOverLookAhead(std::size_t first);
+    std::size_t lookAhead(std::size_t first);
+    void endToken(std::size_t end);
     bool readEndTag(std::size_t slash);
     bool readStartTag(std::size_t open);
     bool readAttributes(std::size_t& at);
@@ -47,6 +48,7 @@ private:
     TextWindow& mWindow;
     TreeBuilder& mTree;
     std::vector<TreeBuilder::AttributeText> mAttributes;  ///< of the start tag that is being read
+    std::size_t mTokens = 0;  ///< where the tokens of the tag begin that are not passed over yet
 };
 
 }  // namespace Xml

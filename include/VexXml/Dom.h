@@ -46,10 +46,11 @@ public:
 
     /// Empty.
     NodeName() noexcept;
-    explicit NodeName(const std::string& text);
-    NodeName(const char* bytes, std::size_t size);
+    explicit NodeName(const std::string& text) : mTagged(tagFor(text)) {}
+    NodeName(const char* bytes, std::size_t size) : mTagged(tagFor(bytes, size)) {}
     /// Takes the name alone.
-    NodeName(const NodeName& other);
+    NodeName(const NodeName& other)
+        : mTagged(other.isOwn() ? tagFor(other.own().name) : other.mTagged) {}
     NodeName(NodeName&& other) noexcept;
     NodeName& operator=(NodeName other) noexcept;
     ~NodeName() {
@@ -67,7 +68,9 @@ private:
     bool isOwn() const { return (reinterpret_cast<std::uintptr_t>(mTagged) & 1) != 0; }
     Texts& own() const { return *reinterpret_cast<Texts*>(const_cast<char*>(mTagged) - 1); }
     const std::string* shared() const { return reinterpret_cast<const std::string*>(mTagged); }
-    void share(const std::string* text) { mTagged = reinterpret_cast<const char*>(text); }
+    static const char* tagFor(const std::string& name) { return tagFor(name.data(), name.size()); }
+    static const char* tagFor(const char* name, std::size_t size);
+    static const char* makeOwn(const char* name, std::size_t size);
     void deleteOwn() noexcept;
 
     /// The address of a shared text, or that of texts of its own plus 1.
@@ -228,7 +231,11 @@ private:
     friend class NodeAccess;
     friend class TreeBuilder;
 
-    void linkTo(Object* holder);
+    // The holder is null for none.
+    void linkTo(Object* holder) {
+        mParent.setTarget(holder);
+        mark(Held, holder != nullptr);
+    }
     bool isPathTouched() const;
     bool followsParent() const;
     bool beginWrite(int position);
@@ -537,7 +544,7 @@ private:
     class Writer;
     struct WithoutChildren {};
 
-    Element(Detail::NodeName name, WithoutChildren);
+    Element(const char* name, std::size_t size, WithoutChildren);
     Element(const Element& other, WithoutChildren);
     void holdCopyOf(const Object& child);
     void swapContent(Element& other);
