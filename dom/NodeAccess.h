@@ -39,6 +39,10 @@ public:
 
     static const std::string& nameOf(const Element& element) { return element.getName(); }
     static const std::string& nameOf(const Attribute& attribute) { return attribute.getName(); }
+    template <class Node>  // an element or an attribute
+    static const Detail::NodeName& nodeNameOf(const Node& node) {
+        return node.mName;
+    }
     static Children childrenOf(const Element& element) {
         return {element.mChildren.begin(), element.mChildren.end()};
     }

@@ -14,8 +14,10 @@ namespace {
 // only short ones. All further ones are owned by their nodes.
 class SharedNames {
 public:
+    enum class Missing { IsAdded, IsNot };
+
     /// Null when the name is not shared.
-    const std::string* find(const char* bytes, std::size_t size);
+    const std::string* find(const char* bytes, std::size_t size, Missing missing);
 
 private:
     using Slot = std::atomic<const std::string*>;
@@ -64,13 +66,13 @@ bool isEqual(const std::string& text, const char* bytes, std::size_t size) {
     return text.size() == size && Bytes::areEqual(text.data(), bytes, size);
 }
 
-const std::string* SharedNames::find(const char* bytes, std::size_t size) {
+const std::string* SharedNames::find(const char* bytes, std::size_t size, Missing missing) {
     if (size > kLongestName) return nullptr;
     const std::size_t hash = hashOf(bytes, size);
     for (std::size_t probe = 0; probe < kMostProbes; ++probe) {
         Slot& slot = mSlots[(hash + probe) % kSlots];
         const std::string* text = slot.load(std::memory_order_acquire);
-        if (text == nullptr) text = add(slot, bytes, size);
+        if (text == nullptr && missing == Missing::IsAdded) text = add(slot, bytes, size);
         if (text == nullptr || isEqual(*text, bytes, size)) return text;
     }
     return nullptr;
@@ -100,7 +102,7 @@ NodeName& NodeName::operator=(NodeName other) noexcept {
 }
 
 const char* NodeName::tagFor(const char* name, std::size_t size) {
-    const std::string* text = sharedNames.find(name, size);
+    const std::string* text = sharedNames.find(name, size, SharedNames::Missing::IsAdded);
     return text != nullptr ? reinterpret_cast<const char*>(text) : makeOwn(name, size);
 }
 
@@ -108,6 +110,10 @@ const char* NodeName::makeOwn(const char* name, std::size_t size) {
     auto texts = std::make_unique<Texts>();
     texts->name.assign(name, size);
     return reinterpret_cast<const char*>(texts.release()) + 1;
+}
+
+const std::string* NodeName::sharedText(const std::string& name) {
+    return sharedNames.find(name.data(), name.size(), SharedNames::Missing::IsNot);
 }
 
 NodeName::Texts& NodeName::ownTexts() {

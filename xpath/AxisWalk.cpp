@@ -337,13 +337,13 @@ void AxisWalk::offerAndOpenChildren(const Element& parent) {
     const NodeMatcher matches = mMatcher;
     mCandidates += children.size();
     for (Object* child : children) {
-        if (matches(*child)) {
+        const auto* element =
+            NodeAccess::isElement(*child) ? static_cast<Element*>(child) : nullptr;
+        if (element != nullptr ? matches(*element) : matches(*child)) {
             take(*child);
             if (isFull()) return;
         }
-        if (!NodeAccess::isElement(*child)) continue;
-        const auto* element = static_cast<Element*>(child);
-        if (isWorthOpening(*element, matches)) mToBeOpened.push_back(element);
+        if (element != nullptr && isWorthOpening(*element, matches)) mToBeOpened.push_back(element);
     }
     std::reverse(mToBeOpened.begin() + static_cast<std::ptrdiff_t>(others), mToBeOpened.end());
 }

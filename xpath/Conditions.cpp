@@ -19,7 +19,8 @@ bool isValue(const Operand& operand) {
     return operand.kind == Operand::Kind::Literal || operand.kind == Operand::Kind::Number;
 }
 
-// Calls `visit` for what the step leads to, whatever its test, until it answers true.
+// Calls `visit` for what the step leads to, whatever its test, until it answers true. Attributes
+// are told from other nodes by their type.
 template <class Visit>
 void visitUntil(XPath::Axis axis, Object& node, const Visit& visit) {
     if (axis == XPath::SelfAxis) {
@@ -82,7 +83,7 @@ bool Conditions::hold(Object& node) {
 bool Conditions::holds(Condition& condition, Object& node) {
     bool hasFound = false;
     bool isTrue = false;
-    visitUntil(condition.step->axis, node, [&](Object& candidate) {
+    visitUntil(condition.step->axis, node, [&](auto& candidate) {
         if (!condition.matches(candidate)) return false;
         hasFound = true;
         isTrue = !condition.isComparison || isTrueOf(condition, candidate);
@@ -92,7 +93,8 @@ bool Conditions::holds(Condition& condition, Object& node) {
     return isTrue;
 }
 
-bool Conditions::isTrueOf(const Condition& condition, Object& found) {
+template <class Node>
+bool Conditions::isTrueOf(const Condition& condition, Node& found) {
     if (!condition.isByBytes) {
         return mOperations.CompareResultItems(Item::ofNode(&found), condition.value, condition.op);
     }

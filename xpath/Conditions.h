@@ -46,7 +46,8 @@ private:
 
     void add(const Operand& path, const Operand& value, XPath::ExpressionOperators op);
     bool holds(Condition& condition, Object& node);
-    bool isTrueOf(const Condition& condition, Object& found);
+    template <class Node>
+    bool isTrueOf(const Condition& condition, Node& found);
 
     Operations& mOperations;
     std::vector<Condition> mConditions;

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "VexXml/XPath.h"
+#include "dom/NodeAccess.h"
+#include "values/Bytes.h"
 #include "xpath/NodeList.h"
 #include "xpath/Values.h"
 
@@ -90,6 +92,11 @@ public:
 
     /// Whether the bytes are the value text of the node.
     bool isTextOf(Object& node, std::string_view bytes) { return mTexts.of(node, mLeft) == bytes; }
+    static bool isTextOf(const Attribute& node, std::string_view bytes) {
+        const DataHolder& value = NodeAccess::valueOf(node);
+        return static_cast<std::size_t>(value.getSize()) == bytes.size() &&
+               Bytes::areEqual(value.toCString(), bytes.data(), bytes.size());
+    }
 
     /// For nodes that many items are going to be compared with.
     std::unique_ptr<ManyValues> manyValues(const NodeList& nodes);

@@ -21,6 +21,8 @@ struct NameTest {
     Form form = Form::Any;
     /// In UTF-8. LocalName: ":item", Prefix: "ns:", WholeName: the name.
     std::string name;
+    /// WholeName only: the text that nodes share if they have that name and share its text.
+    const std::string* sharedName = nullptr;
 };
 
 struct NodeTest {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "VexXml/Dom.h"
 #include "xpath/Encoding.h"
 #include "xpath/Operators.h"
 
@@ -223,6 +224,7 @@ bool Scanner::GetNameTest(Uni16View step, NameTest& test) {
         return fail(XPath::NoValidNameOrTest, step);
     }
     test.name = toUTF8(step.substr(0, at));
+    if (!isPrefix) test.sharedName = Detail::NodeName::sharedText(test.name);
     return true;
 }
 

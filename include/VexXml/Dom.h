@@ -58,6 +58,12 @@ public:
     }
 
     const std::string& text() const { return isOwn() ? own().name : *shared(); }
+    /// The text that the nodes of that name share; null when none do.
+    static const std::string* sharedText(const std::string& name);
+    /// Whether this is `name`, whose shared text is that. Needs: the name is not empty.
+    bool is(const std::string& name, const std::string* sharedText) const {
+        return isOwn() ? own().name == name : shared() == sharedText;
+    }
     /// Null when the name is shared.
     const Texts* texts() const { return isOwn() ? &own() : nullptr; }
     /// The name is not shared from now on.
