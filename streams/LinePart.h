@@ -91,18 +91,32 @@ char* copyEscapedWord(const char* from, char* to) {
     return to + sizeof word;
 }
 
+/// Word by word. As long as no byte became a reference, the last word may overlap another.
+template <class Word>
+char* copyEscapedWords(std::string_view text, char* to) {
+    const char* const begin = to;
+    const char* from = text.data();
+    std::size_t left = text.size();
+    for (; left >= sizeof(Word) && to != nullptr; left -= sizeof(Word), from += sizeof(Word)) {
+        to = copyEscapedWord<Word>(from, to);
+    }
+    if (to == nullptr) return nullptr;
+    if (left > 0 && to - begin == from - text.data()) {
+        const std::size_t back = sizeof(Word) - left;
+        const Word word = Bytes::load<Word>(from - back);
+        if (!mayNeedCare(word)) {
+            Bytes::store(to - back, word);
+            return to + left;
+        }
+    }
+    return copyEscapedBytes(from, left, to);
+}
+
 inline char* copy(Escaped escaped, char* to) {
-    const char* from = escaped.text.data();
-    std::size_t left = escaped.text.size();
-    for (; left >= 8 && to != nullptr; left -= 8, from += 8) {
-        to = copyEscapedWord<std::uint64_t>(from, to);
-    }
-    if (left >= 4 && to != nullptr) {
-        to = copyEscapedWord<std::uint32_t>(from, to);
-        left -= 4;
-        from += 4;
-    }
-    return to != nullptr ? copyEscapedBytes(from, left, to) : nullptr;
+    const std::string_view text = escaped.text;
+    if (text.size() >= 8) return copyEscapedWords<std::uint64_t>(text, to);
+    if (text.size() >= 4) return copyEscapedWords<std::uint32_t>(text, to);
+    return copyEscapedBytes(text.data(), text.size(), to);
 }
 
 }  // namespace LinePart

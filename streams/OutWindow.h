@@ -29,7 +29,7 @@ public:
     /// Puts parts of a line one behind the other, as the stream's `<<` does. Should there be line
     /// feeds in them, the first byte is none.
     template <class... Parts>
-    void put(const Parts&... parts);
+    void put(Parts... parts);
     void endLine();
     /// What these do is what the stream does.
     void writeDataHolder(const DataHolder& text);
@@ -81,7 +81,7 @@ inline char* OutWindow::begin(std::size_t most) {
 }
 
 template <class... Parts>
-void OutWindow::put(const Parts&... parts) {
+void OutWindow::put(Parts... parts) {
     char* next = begin((LinePart::most(parts) + ...));
     if (next != nullptr && (((next = LinePart::copy(parts, next)) != nullptr) && ...)) {
         mNext = next;
