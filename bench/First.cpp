@@ -27,10 +27,11 @@ bool printFirst(const Subject& subject) {
     const double start = cpuSeconds();
     if (!subject.tested.parse(subject.text)) return false;
     const double parsed = cpuSeconds();
+    const std::size_t peak = peakBytes();
     Fields fields;
     if (subject.tested.abilities().hasTree && subject.text.size() >= kLeastBytes) {
         fields.add("heap", bytesInUse() - inUse);
-        fields.add("peak", peakBytes() - resident);
+        fields.add("peak", peak - resident);
     }
     const double again = cpuSeconds();
     subject.tested.clear();
