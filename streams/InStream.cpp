@@ -24,6 +24,7 @@ InStream& InStream::operator=(InStream&& other) noexcept {
     if (this == &other) return *this;
     mErrorMessage = std::exchange(other.mErrorMessage, {});
     mLineStarts = std::exchange(other.mLineStarts, {});
+    mNotedLines = std::exchange(other.mNotedLines, {});
     mAfterCR = std::exchange(other.mAfterCR, false);
     mParseBuffer = std::exchange(other.mParseBuffer, {});
     return *this;
@@ -37,7 +38,7 @@ bool InStream::get(char& c) {
         return false;
     }
     const bool endsLine = c == '\r' || c == '\n';
-    if (endsLine && mAfterCR) mLineStarts.add(getPosition());
+    if (endsLine && mAfterCR) noteLineStart(getPosition());
     mAfterCR = c == '\r';
     return true;
 }
@@ -108,9 +109,33 @@ bool InStream::getCharData(DataHolder& text) {
     return more;
 }
 
-int InStream::getLine() const { return mLineStarts.lineOf(getPosition()); }
+int InStream::getLine() const { return lineStarts().lineOf(getPosition()); }
 
-int InStream::getColumn() const { return mLineStarts.columnOf(getPosition()); }
+int InStream::getColumn() const { return lineStarts().columnOf(getPosition()); }
+
+void InStream::noteLineStart(int position) {
+    if (mNotedLines.empty()) {
+        mLineStarts.add(position);
+    } else {
+        mNotedLines.emplace_back(position, -1);
+    }
+}
+
+// Needs: the text is in memory.
+void InStream::noteLineStarts(int begin, int end) { mNotedLines.emplace_back(begin, end); }
+
+const InStream::LineStarts& InStream::lineStarts() const {
+    for (const auto& [begin, end] : mNotedLines) {
+        if (end < 0) {
+            mLineStarts.add(begin);
+        } else {
+            const char* const piece = textInMemory()->toCString() + begin;
+            mLineStarts.addFrom(piece, static_cast<std::size_t>(end - begin), begin);
+        }
+    }
+    mNotedLines.clear();
+    return mLineStarts;
+}
 
 const std::string& InStream::getErrorMessage() const { return mErrorMessage; }
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstring>
 
 #include "VexXml/Streams.h"
 
@@ -22,6 +23,16 @@ void InStream::LineStarts::add(int position) {
     const auto high = firstNotBelow(position);
     if (mFound[static_cast<std::size_t>(*high)] == position) return;
     if (mOthers.emplace(position, place).second) mFound.push_back(position);
+}
+
+void InStream::LineStarts::addFrom(const char* piece, std::size_t size, int position) {
+    for (std::size_t place = 0; place + 1 < size; ++place) {
+        const void* found = std::memchr(piece + place, '\r', size - 1 - place);
+        if (found == nullptr) return;
+        place = static_cast<std::size_t>(static_cast<const char*>(found) - piece);
+        const char next = piece[place + 1];
+        if (next == '\r' || next == '\n') add(position + static_cast<int>(place) + 2);
+    }
 }
 
 // A position that is no line start counts to the last line, wherever it lies: deliberate, as

@@ -20,6 +20,7 @@ bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
 TextWindow::TextWindow(InStream& in) : mIn(in) {
     if (const DataHolder* text = in.textInMemory()) {
         mIsComplete = true;
+        mIsInMemory = true;
         show({text->toCString(), static_cast<std::size_t>(text->getSize())});
     }
     takeBack();
@@ -124,18 +125,15 @@ void TextWindow::noteLineStarts() {
 
 void TextWindow::noteLineStartsOf(std::size_t begin, std::size_t end) {
     if (begin == end) return;
-    if (mIn.mAfterCR && isLineEnd(mText[begin])) noteLineStart(begin + 1);
-    for (std::size_t place = begin; place + 1 < end; ++place) {
-        const void* found = std::memchr(mText + place, '\r', end - 1 - place);
-        if (found == nullptr) break;
-        place = static_cast<std::size_t>(static_cast<const char*>(found) - mText);
-        if (isLineEnd(mText[place + 1])) noteLineStart(place + 2);
+    if (mIn.mAfterCR && isLineEnd(mText[begin])) mIn.noteLineStart(positionOf(begin + 1));
+    if (mIsInMemory) {
+        mIn.noteLineStarts(positionOf(begin), positionOf(end));
+    } else {
+        mIn.mLineStarts.addFrom(mText + begin, end - begin, positionOf(begin));
     }
     mIn.mAfterCR = mText[end - 1] == '\r';
 }
 
-void TextWindow::noteLineStart(std::size_t place) {
-    mIn.mLineStarts.add(static_cast<int>(mBase + place));
-}
+int TextWindow::positionOf(std::size_t place) const { return static_cast<int>(mBase + place); }
 
 }  // namespace Xml

@@ -88,7 +88,7 @@ private:
     void startWalk();
     void noteLineStarts();
     void noteLineStartsOf(std::size_t begin, std::size_t end);
-    void noteLineStart(std::size_t place);
+    int positionOf(std::size_t place) const;
 
     InStream& mIn;
     const char* mText = "";
@@ -98,6 +98,7 @@ private:
     std::string mBuffer;         ///< what was read ahead
     std::size_t mChunk = 16384;  ///< how much to read ahead next
     bool mIsOpen = false;        ///< the stream's own position is not up to date
+    bool mIsInMemory = false;    ///< all of the text lies there anyway
     bool mIsComplete = false;    ///< nothing is left to be read ahead
     bool mHasMissed = false;     ///< something was looked for in vain since the last move
     /// Stretches that were passed over and leave the same traces as one does, from the beginning

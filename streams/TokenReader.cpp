@@ -216,7 +216,7 @@ void TokenReader::noteLineStartAt(int position) {
     if (!mIn.mAfterCR) return;
     mIn.setPosition(position);
     char c = 0;
-    if (mIn.getChar(c) && (c == '\r' || c == '\n')) mIn.mLineStarts.add(mIn.getPosition());
+    if (mIn.getChar(c) && (c == '\r' || c == '\n')) mIn.noteLineStart(mIn.getPosition());
 }
 
 TokenReader::Outcome TokenReader::failedAtEnd() const {

@@ -138,7 +138,7 @@ private:
 /// The free blocks of one size that a thread has at hand: single ones, and a stretch of a slab that
 /// has not been divided into blocks yet.
 struct Stock {
-    static constexpr std::size_t kMost = 256;
+    static constexpr std::size_t kMost = 128;
 
     std::size_t count = 0;  ///< of the single ones
     char* stretch = nullptr;

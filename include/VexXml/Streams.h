@@ -89,6 +89,8 @@ private:
     class LineStarts {
     public:
         void add(int position);
+        /// Those inside a piece of the text, which begins at `position`.
+        void addFrom(const char* piece, std::size_t size, int position);
         int lineOf(int position) const;
         int columnOf(int position) const;
 
@@ -111,6 +113,9 @@ private:
     /// when it cannot be done, and nothing has changed.
     virtual bool readAhead(std::size_t position, std::size_t count, std::string& ahead);
 
+    void noteLineStart(int position);
+    void noteLineStarts(int begin, int end);
+    const LineStarts& lineStarts() const;
     bool getTokenInParseBuffer();
     bool getTokenltInParseBuffer();
     bool getNameInParseBuffer();
@@ -121,7 +126,10 @@ private:
     void RestorePosition(const std::pair<int, int>& stored);
 
     std::string mErrorMessage;
-    LineStarts mLineStarts;
+    mutable LineStarts mLineStarts;
+    /// What is to be added to them before they are used: what stands in the text in memory from one
+    /// position to just before another, or a single one and -1. Hardly anyone asks for lines.
+    mutable std::vector<std::pair<int, int>> mNotedLines;
     bool mAfterCR = false;
     std::string mParseBuffer;
 };
