@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <memory_resource>
 #include <vector>
 
 #include "VexXml/Dom.h"
@@ -23,7 +24,9 @@ class AxisWalk {
 public:
     static constexpr std::size_t kNoLimit = static_cast<std::size_t>(-1);
 
-    explicit AxisWalk(Document& document) : mDocument(document) {}
+    /// What it keeps for the length of a query comes from `memory`, which must outlive it.
+    AxisWalk(Document& document, std::pmr::memory_resource* memory)
+        : mDocument(document), mToBeOpened(memory) {}
 
     /// What is wanted of the nodes that pass a step's test.
     struct Demand {
@@ -99,8 +102,8 @@ private:
     /// The parents and ancestors that were candidates; or, on a sibling axis, the parents, each
     /// with the index up to which, or from which on, its children were candidates.
     NodeTable mSeen;
-    NodeList mAncestors;                      ///< of one context node
-    std::vector<const Element*> mToBeOpened;  ///< the next one is the last
+    NodeList mAncestors;                           ///< of one context node
+    std::pmr::vector<const Element*> mToBeOpened;  ///< the next one is the last
 };
 
 }  // namespace Xml

@@ -1,7 +1,9 @@
 #include "xpath/Compiler.h"
 
 #include <array>
+#include <memory_resource>
 #include <utility>
+#include <vector>
 
 #include "xpath/Encoding.h"
 
@@ -40,35 +42,35 @@ struct Term {
     XPath::ExpressionOperators op;
 };
 
+using Terms = std::pmr::vector<Term>;
+
 // Folds each term with its right neighbour where the operator between them belongs to the pass,
 // from left to right.
-std::vector<Term> fold(const std::vector<Term>& terms, Pass pass, Expression& expression) {
-    std::vector<Term> rest;
-    rest.reserve(terms.size());
-    for (const Term& term : terms) {
-        if (rest.empty() || passOf(rest.back().op) != pass) {
-            rest.push_back(term);
+void fold(Terms& terms, Pass pass, Expression& expression) {
+    auto left = terms.begin();  // invariant: up to here is what remains
+    for (auto term = left + 1; term != terms.end(); ++term) {
+        if (passOf(left->op) != pass) {
+            *++left = *term;
             continue;
         }
-        Term& left = rest.back();
-        left.isCommon = left.isCommon && term.isCommon;
-        expression.folds.push_back({left.op, left.index, term.index, left.isCommon});
-        left.index = expression.operands.size() + expression.folds.size() - 1;
-        left.op = term.op;
+        left->isCommon = left->isCommon && term->isCommon;
+        expression.folds.push_back({left->op, left->index, term->index, left->isCommon});
+        left->index = expression.operands.size() + expression.folds.size() - 1;
+        left->op = term->op;
     }
-    return rest;
+    terms.erase(left + 1, terms.end());
 }
 
-void foldOperands(Expression& expression) {
+void foldOperands(Expression& expression, std::pmr::memory_resource* memory) {
     if (expression.operands.size() == 1) return;
-    std::vector<Term> terms;
+    Terms terms(memory);
     terms.reserve(expression.operands.size());
     for (std::size_t i = 0; i < expression.operands.size(); ++i) {
         const Operand& operand = expression.operands[i];
         terms.push_back({i, operand.isCommon(), operand.op});
     }
     for (const Pass pass : kPasses) {
-        if (terms.size() > 1) terms = fold(terms, pass, expression);
+        if (terms.size() > 1) fold(terms, pass, expression);
     }
 }
 
@@ -101,7 +103,7 @@ bool Compiler::advance() {
     if (!frame.path.isEmpty()) return decodeStep(frame);
     ExpressionItem item{};
     if (mScanner.SplitExpression(frame.rest, item)) return decodeOperand(frame, item);
-    foldOperands(mProgram.expressions[frame.expression]);
+    foldOperands(mProgram.expressions[frame.expression], mProgram.memory());
     mFrames.pop_back();
     return true;
 }

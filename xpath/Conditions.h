@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory_resource>
 #include <vector>
 
 #include "xpath/Misses.h"
@@ -14,7 +15,9 @@ namespace Xml {
 /// behind the node does not matter to them, so they can be decided while nodes are being gathered.
 class Conditions {
 public:
-    explicit Conditions(Operations& operations) : mOperations(operations) {}
+    /// `memory` must outlive it.
+    Conditions(Operations& operations, std::pmr::memory_resource* memory)
+        : mOperations(operations), mConditions(memory) {}
 
     /// Whether `add` would take the predicate.
     static bool canDecide(const Expression& predicate);
@@ -50,7 +53,7 @@ private:
     bool isTrueOf(const Condition& condition, Node& found);
 
     Operations& mOperations;
-    std::vector<Condition> mConditions;
+    std::pmr::vector<Condition> mConditions;
 };
 
 }  // namespace Xml

@@ -27,11 +27,14 @@ bool isPlainPath(const Expression& expression) {
                        [](const Step& step) { return step.predicates.empty(); });
 }
 
-// Whether the predicate is nothing but a position.
+// Whether the predicate is nothing but a position: `2`, `last()` or `position() = 2`.
 bool isPlace(const Expression& predicate) {
-    const Operand::Kind kind = predicate.operands.front().kind;
-    return predicate.operands.size() == 1 &&
-           (kind == Operand::Kind::Number || kind == Operand::Kind::Last);
+    const auto& operands = predicate.operands;
+    const Operand::Kind kind = operands.back().kind;
+    const bool isNumber = kind == Operand::Kind::Number;
+    if (operands.size() == 1) return isNumber || kind == Operand::Kind::Last;
+    return operands.size() == 2 && isNumber && operands.front().kind == Operand::Kind::Position &&
+           predicate.folds.front().op == XPath::Equal;
 }
 
 // The number as a position among so many nodes; 0 when it is none.
@@ -44,7 +47,7 @@ std::size_t placeOf(double number, std::size_t count) {
 // Needs: the predicate is a position. `last()` alone keeps the last of the list, from wherever
 // positions count.
 void keepPlace(const Expression& predicate, bool isReverse, NodeList& nodes) {
-    const Operand& operand = predicate.operands.front();
+    const Operand& operand = predicate.operands.back();
     const std::size_t count = nodes.size();
     const std::size_t place =
         operand.kind == Operand::Kind::Last ? count : placeOf(operand.number, count);
@@ -222,7 +225,7 @@ std::size_t Evaluator::limitOf(const Step& step, bool oneWillDo, const Route& ro
     if (isReverse(step.axis) || (rest > 1 && route.predicate > 0)) return AxisWalk::kNoLimit;
     const Expression& next = expressionOf(step.predicates[route.predicate]);
     if (!isPlace(next)) return AxisWalk::kNoLimit;
-    const std::size_t place = placeOf(next.operands.front().number, kFarPlace);
+    const std::size_t place = placeOf(next.operands.back().number, kFarPlace);
     return place > 0 ? place : AxisWalk::kNoLimit;
 }
 

@@ -29,7 +29,7 @@ struct Outcome {
 class Evaluator {
 public:
     Evaluator(const Program& program, Document& document)
-        : mProgram(program), mDocument(document), mWalk(document) {}
+        : mProgram(program), mDocument(document), mWalk(document, program.memory()) {}
 
     /// Evaluates the whole expression from the context nodes. To be called once.
     Outcome evaluate(NodeList context);
@@ -114,7 +114,7 @@ private:
     Document& mDocument;
     AxisWalk mWalk;
     Operations mOperations;
-    Conditions mConditions{mOperations};  ///< of the step that is being taken
+    Conditions mConditions{mOperations, mProgram.memory()};  ///< of the step that is being taken
     /// Those in use come first; the others keep their memory for the next predicate.
     std::vector<std::unique_ptr<Frame>> mFrames;
     std::size_t mDepth = 0;

@@ -195,6 +195,7 @@ bool XPath::FindNodes(Uni16String expression, bool syntaxOnly) {
         mItems.clear();
     } else if (!syntaxOnly) {
         clearResults();
+        nodes.swap(mNodes);  // for their memory
         nodes.push_back(mDocument);
     }
     const bool isDocument = text.size() == 1 && text[0] == L'/';
