@@ -8,7 +8,7 @@ namespace Xml {
 namespace {
 
 // So much is read ahead at once, unless more is needed.
-constexpr std::size_t kLargestChunk = 262144;
+constexpr std::size_t kLargestChunk = 65536;
 
 // A tag that begins so near the end of the window may reach beyond it.
 constexpr std::size_t kNearEnd = 4096;
