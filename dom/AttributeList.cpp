@@ -23,7 +23,8 @@ std::size_t AttributeList::bytesFor(Form form, std::size_t count) {
 // Room that there is anyway is used.
 AttributeList::Owner AttributeList::make(Form form, std::size_t count) {
     const std::size_t bytes = Pool::usableSize(bytesFor(form, count));
-    const std::size_t capacity = (bytes - frontSize(form)) / itemSize(form);
+    const std::size_t room = bytes - frontSize(form);
+    const std::size_t capacity = form == Packed ? room / sizeof(Attribute) : room / kLink;
     Owner list(new (Pool::allocate(bytes)) AttributeList(form, capacity));
     if (form != Packed) list->packed() = nullptr;
     if (form == Blocks) list->blocks() = nullptr;

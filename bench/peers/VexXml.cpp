@@ -27,9 +27,10 @@ struct Place {
     int next;  ///< the index of the child to be visited next
 };
 
+// `open` is empty, and keeps its memory for the next time.
 template <class Tally>
-void walkTree(const Xml::Element& root, Tally& tally) {
-    std::vector<Place> open{{&root, 0}};
+void walkTree(const Xml::Element& root, std::vector<Place>& open, Tally& tally) {
+    open.push_back({&root, 0});
     tallyStartTag(root, tally);
     while (!open.empty()) {
         Place& place = open.back();
@@ -62,8 +63,8 @@ public:
     }
     void clear() override { mDocument.reset(); }
 
-    void walk(Sum& tally) override { walkTree(*mDocument->getRoot(), tally); }
-    void walk(Answers& tally) override { walkTree(*mDocument->getRoot(), tally); }
+    void walk(Sum& tally) override { walkTree(*mDocument->getRoot(), mOpen, tally); }
+    void walk(Answers& tally) override { walkTree(*mDocument->getRoot(), mOpen, tally); }
 
     std::string write() override {
         std::ostringstream text;
@@ -112,6 +113,7 @@ private:
     }
 
     std::unique_ptr<Xml::Document> mDocument;
+    std::vector<Place> mOpen;
 };
 
 const Registration kVexXml({"VexXml", BENCH_VERSION, LibraryInfo::Kind::Ours,
