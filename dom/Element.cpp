@@ -128,8 +128,9 @@ void Element::destroyChildren() {
     Element* node = this;
     while (node != this || !mChildren.empty()) {
         if (node->mChildren.empty()) {
-            const std::unique_ptr<Element> done(node);
+            Element* const done = node;
             node = static_cast<Element*>(done->getParent());
+            isExactly<Element>(*done) ? deleteExactly(done) : delete done;
             continue;
         }
         Object* child = node->mChildren.back();
@@ -137,9 +138,9 @@ void Element::destroyChildren() {
         prefetchBefore(*child);
         if (isExactly<CharData>(*child)) {
             deleteExactly(static_cast<CharData*>(child));
-        } else if (child->isElement()) {
+        } else if (isExactly<Element>(*child) || child->isElement()) {
             child->mParent.setTarget(node);
-            node = child->toElement();
+            node = static_cast<Element*>(child);
         } else {
             delete child;
         }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "VexXml/Dom.h"
+#include "values/PoolAllocator.h"
 
 namespace Xml {
 
@@ -75,10 +76,10 @@ private:
     /// and the places there of all in the order of the names. The next one mostly has the same.
     std::vector<Detail::NodeName> mNames;
     std::vector<std::size_t> mOrder;
-    std::vector<Open> mOpen;
+    std::vector<Open, PoolAllocator<Open>> mOpen;
     /// Owned: the children of the open elements that are not attached, those of outer ones first.
     /// The open elements, but for the root, are among them.
-    std::vector<Object*> mChildren;
+    std::vector<Object*, PoolAllocator<Object*>> mChildren;
 };
 
 }  // namespace Xml
