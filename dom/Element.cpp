@@ -128,9 +128,8 @@ void Element::destroyChildren() {
     Element* node = this;
     while (node != this || !mChildren.empty()) {
         if (node->mChildren.empty()) {
-            Element* const done = node;
+            const std::unique_ptr<Element> done(node);
             node = static_cast<Element*>(done->getParent());
-            isExactly<Element>(*done) ? deleteExactly(done) : delete done;
             continue;
         }
         Object* child = node->mChildren.back();

@@ -7,13 +7,7 @@ namespace Xml {
 /// What a byte may be to the lexer or in a text to be written, told by one look into a table.
 namespace ByteClass {
 
-enum Bits : unsigned char {
-    White = 1,
-    Delimiter = 2,
-    NameStart = 4,
-    NameChar = 8,
-    Special = 16
-};
+enum Bits : unsigned char { White = 1, Delimiter = 2, NameStart = 4, NameChar = 8, Special = 16 };
 
 inline constexpr std::array<unsigned char, 256> kTable = [] {
     std::array<unsigned char, 256> table{};

@@ -16,12 +16,11 @@ struct PoolAllocator {
     // NOLINTNEXTLINE(google-explicit-constructor): allocators convert freely
     PoolAllocator(const PoolAllocator<Other>&) {}
 
-    // Containers ask for no more than their `max_size`, so the product does not overflow.
     Item* allocate(std::size_t count) {
-        return static_cast<Item*>(Pool::allocate(count * sizeof(Item)));
+        return static_cast<Item*>(Pool::allocate(bytesFor(count)));
     }
     void deallocate(Item* items, std::size_t count) noexcept {
-        Pool::release(items, count * sizeof(Item));
+        Pool::release(items, bytesFor(count));
     }
 
     template <class Other>
@@ -31,6 +30,12 @@ struct PoolAllocator {
     template <class Other>
     friend bool operator!=(const PoolAllocator&, const PoolAllocator<Other>&) {
         return false;
+    }
+
+private:
+    // Containers ask for no more than their `max_size`, so the product does not overflow.
+    static std::size_t bytesFor(std::size_t count) {
+        return count * sizeof(Item);  // NOLINT(bugprone-sizeof-expression): it may be a pointer
     }
 };
 
