@@ -7,6 +7,12 @@
 #include "dtd/ModelAccess.h"
 
 namespace Xml {
+namespace {
+
+// Among so many a name is found as quickly one by one.
+constexpr std::size_t kFewAttributes = 16;
+
+}  // namespace
 
 bool ElementRule::allows(const ElementRule& rule) const {
     constexpr std::size_t kFew = 4;
@@ -28,7 +34,10 @@ std::size_t ElementRules::slotOf(const std::string& name) {
 
 ElementRule& ElementRules::find(const std::string& name) {
     const auto [entry, isNew] = mRules.try_emplace(name);
-    if (isNew) entry->second.name = &name;
+    if (isNew) {
+        const std::string* shared = Detail::NodeName::sharedText(name);
+        entry->second.name = shared != nullptr ? shared : &name;
+    }
     return entry->second;
 }
 
@@ -42,6 +51,14 @@ void ElementRules::fill(ElementRule& rule) {
     rule.attributes = &list->second;
     for (const auto& [name, def] : list->second) {
         if (def->isRequired()) rule.required.push_back(&name);
+    }
+    if (list->second.size() <= kFewAttributes) fillSharedNames(rule);
+}
+
+void ElementRules::fillSharedNames(ElementRule& rule) {
+    for (const auto& [name, def] : *rule.attributes) {
+        const std::string* text = Detail::NodeName::sharedText(name);
+        if (text != nullptr) rule.sharedNames.push_back({text, def->isRequired()});
     }
 }
 

@@ -40,6 +40,12 @@ struct ElementRule {
     /// The attributes declared; null without a list.
     const std::map<std::string, std::shared_ptr<AttDef>>* attributes = nullptr;
     std::vector<const std::string*> required;  ///< the names of those that must be there
+    /// The names that attributes may share, when there are few attributes declared.
+    struct SharedName {
+        const std::string* text;
+        bool isRequired;
+    };
+    std::vector<SharedName> sharedNames;
 };
 
 /// The rules of a DTD by name, for one run of validation: neither the DTD nor its models may change
@@ -69,6 +75,7 @@ private:
 
     ElementRule& find(const std::string& name);
     void fill(ElementRule& rule);
+    static void fillSharedNames(ElementRule& rule);
     void fillContent(ElementRule& rule, const ContentSpec& model);
     void fillMixed(ElementRule& rule, const MixedSpec& model);
     void fillChildren(ElementRule& rule, const ChildrenSpec& model);

@@ -1,20 +1,11 @@
 #include "dtd/QuickValidator.h"
 
 #include <algorithm>
-#include <typeinfo>
 
 #include "dom/AttributeList.h"
+#include "dom/NodeAccess.h"
 
 namespace Xml {
-namespace {
-
-// By address, as comparing names of classes takes longer.
-template <class Node>
-bool isExactly(const Object& node) {
-    return &typeid(node) == &typeid(Node);
-}
-
-}  // namespace
 
 bool QuickValidator::accepts(Element& root) {
     if (!isExactly<Element>(root)) return false;
@@ -135,8 +126,26 @@ bool QuickValidator::fits(const Element& element, const ElementRule& rule) {
            ModelProgram::Verdict::Fits;
 }
 
+// Whether where the names of the attributes lie tells that they are right. Not if one of them has
+// its name for itself, which may then be another than it is held under.
+bool QuickValidator::hasSharedNames(const Element& element, const ElementRule& rule) {
+    const AttributeList* attributes = AttributeList::of(element);
+    if (attributes == nullptr) return rule.required.empty();
+    std::size_t required = 0;
+    const bool hasOther = attributes->anyOf([&](const Attribute& attribute) {
+        const std::string* name = NodeAccess::nodeNameOf(attribute).sharedText();
+        const auto found = std::find_if(rule.sharedNames.begin(), rule.sharedNames.end(),
+                                        [name](const auto& shared) { return shared.text == name; });
+        if (found == rule.sharedNames.end()) return true;
+        required += found->isRequired ? 1 : 0;
+        return false;
+    });
+    return !hasOther && required == rule.required.size();
+}
+
 bool QuickValidator::hasRightAttributes(const Element& element, const ElementRule& rule) {
     if (rule.attributes == nullptr) return element.getAttributeCount() == 0;
+    if (hasSharedNames(element, rule)) return true;
     for (const std::string* name : rule.required) {
         if (element.getAttribute(*name) == nullptr) return false;
     }

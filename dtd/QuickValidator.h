@@ -44,6 +44,7 @@ private:
               bool willBeBound);
     void close(const Open& open);
     bool fits(const Element& element, const ElementRule& rule);
+    static bool hasSharedNames(const Element& element, const ElementRule& rule);
     static bool hasRightAttributes(const Element& element, const ElementRule& rule);
 
     ElementRules mRules;

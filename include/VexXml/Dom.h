@@ -60,6 +60,8 @@ public:
     const std::string& text() const { return isOwn() ? own().name : *shared(); }
     /// The text that the nodes of that name share; null when none do.
     static const std::string* sharedText(const std::string& name);
+    /// The text that this shares with others of the name; null when it does not.
+    const std::string* sharedText() const { return isOwn() ? nullptr : shared(); }
     /// Whether this is `name`, whose shared text is that. Needs: the name is not empty.
     bool is(const std::string& name, const std::string* sharedText) const {
         return isOwn() ? own().name == name : shared() == sharedText;

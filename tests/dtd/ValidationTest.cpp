@@ -207,6 +207,39 @@ TEST_F(AttributeValidation, DoesNotLookAtValues) {
     EXPECT_TRUE(accepts("listed", {"f"}));
 }
 
+TEST_F(AttributeValidation, TakesListsOfAnyLength) {
+    std::vector<std::string> names;
+    for (int i = 0; i < 40; ++i) {
+        names.push_back("n" + std::to_string(i));
+        mDtd.addAttDecl("listed", names.back(), i % 2 == 0 ? Xml::AttRequired : Xml::AttImplied);
+        EXPECT_TRUE(accepts("listed", names)) << i;
+        std::vector<std::string> others = names;
+        others.emplace_back("other");
+        EXPECT_FALSE(accepts("listed", others)) << i;
+        others.assign(names.begin() + 1, names.end());
+        EXPECT_FALSE(accepts("listed", others)) << i;
+    }
+}
+
+// An attribute that was assigned to goes on being found by the name it had.
+TEST_F(AttributeValidation, AsksForTheNamesThatAttributesAreHeldUnder) {
+    mDtd.addAttDecl("listed", "i", Xml::AttImplied);
+    mDtd.addAttDecl("listed", "r", Xml::AttRequired);
+    Xml::Element element("listed");
+    element.setAttribute("r", "v");
+    Xml::Attribute& attribute = *element.getAttribute("r");
+    attribute.toString();
+    EXPECT_TRUE(mDtd.validate(&element));
+    attribute = Xml::Attribute("i", "v");
+    EXPECT_TRUE(mDtd.validate(&element));
+    attribute = Xml::Attribute("other", "v");
+    EXPECT_FALSE(mDtd.validate(&element));
+    Xml::Element without("listed");
+    without.setAttribute("i", "v");
+    *without.getAttribute("i") = Xml::Attribute("r", "v");
+    EXPECT_FALSE(mDtd.validate(&without));
+}
+
 TEST_F(AttributeValidation, CountsForTheElementsAround) {
     mDtd.addAttDecl("listed", "r", Xml::AttRequired);
     const auto parent = tree("p(listed)");
