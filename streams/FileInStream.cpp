@@ -42,6 +42,13 @@ bool isWithinReach(std::istream& stream) {
     return end == kUnknown || fitsPositions(static_cast<std::uint64_t>(std::streamoff{end}));
 }
 
+/// The memory that a standard buffer takes bytes from, which only derived classes may ask for.
+struct GetArea : std::streambuf {
+    static bool hasBytesBefore(const std::streambuf& buffer) {
+        return (buffer.*&GetArea::gptr)() != (buffer.*&GetArea::eback)();
+    }
+};
+
 // Moves back inside the stream's buffer; false, having moved anywhere, where that does not reach.
 bool stepsBack(std::streambuf& buffer, std::streamoff count) {
     using Traits = std::streambuf::traits_type;
@@ -135,6 +142,15 @@ bool FileInStream::readAhead(std::size_t position, std::size_t count, std::strin
     }
     ahead.resize(kept + static_cast<std::size_t>(std::max<std::streamsize>(found, 0)));
     return true;
+}
+
+// For a file that this stream has opened itself: it is a regular one, so the position is known, and
+// nobody else has a say in where it is.
+bool FileInStream::stepBack() {
+    if (!mOpened || !mStream->good() || typeid(*this) != typeid(FileInStream)) return false;
+    std::streambuf& buffer = *mStream->rdbuf();
+    return typeid(buffer) == typeid(std::filebuf) && GetArea::hasBytesBefore(buffer) &&
+           stepsBack(buffer, 1);
 }
 
 bool FileInStream::eof() { return mStream == nullptr || mStream->eof(); }

@@ -44,6 +44,7 @@ bool InStream::get(char& c) {
 }
 
 void InStream::putBackChar() {
+    if (stepBack()) return;
     const int position = getPosition();
     if (position >= 1) setPosition(position - 1);
 }
@@ -142,6 +143,8 @@ const std::string& InStream::getErrorMessage() const { return mErrorMessage; }
 const DataHolder* InStream::textInMemory() const { return nullptr; }
 
 bool InStream::readAhead(std::size_t, std::size_t, std::string&) { return false; }
+
+bool InStream::stepBack() { return false; }
 
 bool InStream::getTokenInParseBuffer() { return TokenReader(*this).read(); }
 

@@ -112,6 +112,9 @@ private:
     /// True when that leaves no trace but another position, which the caller then has to set; false
     /// when it cannot be done, and nothing has changed.
     virtual bool readAhead(std::size_t position, std::size_t count, std::string& ahead);
+    /// Moves back by one byte without asking where that is; false, having done nothing, where that
+    /// is not known to be the same.
+    virtual bool stepBack();
 
     void noteLineStart(int position);
     void noteLineStarts(int begin, int end);
@@ -228,6 +231,7 @@ public:
 
 private:
     bool readAhead(std::size_t position, std::size_t count, std::string& ahead) override;
+    bool stepBack() override;
     void close();
 
     std::istream* mStream;

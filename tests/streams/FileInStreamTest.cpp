@@ -362,6 +362,47 @@ TEST_F(FileInStreamTest, KeepsTheStandardStreamInStep) {
     EXPECT_EQ(restOf(in), "ef$");
 }
 
+TEST_F(FileInStreamTest, PutsBytesBackWhereverTheBufferBegins) {
+    std::string text(20000, '.');
+    for (std::size_t i = 0; i < text.size(); ++i) text[i] = static_cast<char>('a' + i % 23);
+    FileInStream in(mFolder.write("f", text), &mFile);
+    for (int position = 1; position < 20000; ++position) {
+        char c = 0;
+        ASSERT_TRUE(in.getChar(c));
+        ASSERT_EQ(c, text[static_cast<std::size_t>(position - 1)]) << position;
+        if (position % 97 > 2 && position % 8191 > 2) continue;
+        for (int back = 1; back <= 3 && back <= position; ++back) {
+            in.putBackChar();
+            ASSERT_EQ(in.getPosition(), position - back);
+        }
+        in.setPosition(position);
+    }
+}
+
+/// A stream of a caller that keeps a record of where it is sent.
+class Recording : public FileInStream {
+public:
+    using FileInStream::FileInStream;
+
+    void setPosition(int position) override {
+        mRecord += std::to_string(position) + ' ';
+        FileInStream::setPosition(position);
+    }
+    const std::string& record() const { return mRecord; }
+
+private:
+    std::string mRecord;
+};
+
+TEST_F(FileInStreamTest, LeavesPuttingBackToADerivedClass) {
+    Recording in(mFolder.write("f", "abc"), &mFile);
+    char c = 0;
+    in.getChar(c);
+    in.getChar(c);
+    in.putBackChar();
+    EXPECT_EQ(in.record(), "1 ");
+}
+
 TEST_F(FileInStreamTest, RefusesAFileOfTwoGiB) {
     const std::string path = makeSparse("long", kTwoGiB);
     FileInStream in(path, &mFile);
