@@ -70,8 +70,8 @@ public:
             if (attribute != element.getAttribute(name)) mistake += name + " not found ";
             if (attribute == nullptr) continue;
             if (attribute->getName() != name) mistake += name + " is " + attribute->getName();
-            if (std::string(attribute->getValue()) != value)
-                mistake += name + " has another value ";
+            if (attribute->getValue() != Xml::DataHolder(value))
+                mistake += name + " is valued wrong ";
             if (attribute->getParent() != &element) mistake += name + " has another parent ";
         }
         return mistake;
