@@ -36,7 +36,8 @@ public:
     Attribute* find(const std::string& name) const;
     /// Needs: an index from 0 to below the size.
     Attribute& at(int index) const;
-    /// Needs: room was made for it, and its name comes behind all others.
+    /// Makes an attribute of the element, which holds the list. Needs: room was made for it, and
+    /// its name comes behind all others.
     Attribute& append(const Detail::NodeName& name, const char* value, std::size_t size,
                       Element& element);
     /// Makes a list where there is none. Needs: no attribute is held under that name.
@@ -71,6 +72,7 @@ private:
     enum Form : std::uint16_t { Packed, Links, Blocks };
 
     static constexpr std::uint32_t kMostInOnePiece = 128;
+    static constexpr std::size_t kLink = sizeof(void*);
 
     AttributeList(Form form, std::size_t capacity)
         : mCapacity(static_cast<std::uint16_t>(capacity)), mForm(form) {}
@@ -97,8 +99,6 @@ private:
         return mForm == Packed ? self->attributes()[place] : *self->links()[place];
     }
     std::uint32_t placeOf(const std::string& name) const;
-
-    static constexpr std::size_t kLink = sizeof(void*);
 
     std::uint32_t mSize = 0;  ///< unless the attributes are in blocks
     std::uint16_t mCapacity;

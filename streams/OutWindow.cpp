@@ -124,7 +124,7 @@ bool OutWindow::collectsMore() {
         return false;
     }
     mStart = mNext = mPieces.last().bytes;
-    mEnd = mStart + mPieces.last().size;
+    mEnd = mPieces.last().end();
     return true;
 }
 

@@ -16,8 +16,9 @@ namespace Xml {
 ///
 /// A byte that fits goes where putting it would have put it, and one that does not fit is put by
 /// the standard stream itself, which so makes room. Nothing can tell this from putting each byte,
-/// once the stream is released: until then it does not know how much of the memory is filled. What
-/// a caller's class does, be it the stream, the standard stream or its buffer, is never bypassed.
+/// once the stream is released: until then it does not know how much of the memory is filled, and
+/// what comes behind a long text in a string stream is kept here. What a caller's class does, be it
+/// the stream, the standard stream or its buffer, is never bypassed.
 class OutWindow {
 public:
     explicit OutWindow(OutStream& out) : mOut(out) { takeBack(); }
@@ -30,6 +31,7 @@ public:
     /// feeds in them, the first byte is none.
     template <class... Parts>
     void put(Parts... parts);
+    /// Puts a line feed.
     void endLine();
     /// What these do is what the stream does.
     void writeDataHolder(const DataHolder& text);

@@ -117,6 +117,7 @@ private:
     virtual bool stepBack();
 
     void noteLineStart(int position);
+    /// Those that reading the text in memory from `begin` to just before `end` finds.
     void noteLineStarts(int begin, int end);
     const LineStarts& lineStarts() const;
     bool getTokenInParseBuffer();
