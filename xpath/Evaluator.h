@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <memory_resource>
 #include <optional>
 #include <vector>
 
@@ -28,8 +29,12 @@ struct Outcome {
 /// item is evaluated once.
 class Evaluator {
 public:
-    Evaluator(const Program& program, Document& document)
-        : mProgram(program), mDocument(document), mWalk(document, program.memory()) {}
+    /// `memory` must outlive it.
+    Evaluator(const Program& program, Document& document, std::pmr::memory_resource* memory)
+        : mProgram(program),
+          mDocument(document),
+          mWalk(document, memory),
+          mConditions(mOperations, memory) {}
 
     /// Evaluates the whole expression from the context nodes. To be called once.
     Outcome evaluate(NodeList context);
@@ -114,7 +119,7 @@ private:
     Document& mDocument;
     AxisWalk mWalk;
     Operations mOperations;
-    Conditions mConditions{mOperations, mProgram.memory()};  ///< of the step that is being taken
+    Conditions mConditions;  ///< of the step that is being taken
     /// Those in use come first; the others keep their memory for the next predicate.
     std::vector<std::unique_ptr<Frame>> mFrames;
     std::size_t mDepth = 0;

@@ -5,17 +5,18 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <memory>
 #include <memory_resource>
 #include <string_view>
 #include <utility>
 
 #include "VexSys/Localization.h"
 #include "VexXml/Dom.h"
-#include "xpath/Compiler.h"
+#include "xpath/CompiledExpression.h"
 #include "xpath/Encoding.h"
 #include "xpath/Error.h"
 #include "xpath/Evaluator.h"
-#include "xpath/ExpressionText.h"
+#include "xpath/RecentExpressions.h"
 #include "xpath/Values.h"
 
 namespace Xml {
@@ -26,8 +27,8 @@ using VexSys::Uni16String;
 constexpr const char* kModule = "XPath";
 constexpr const char* kDetailMark = " --> ";
 
-// What the parts of an expression and of its evaluation take, unless it is long.
-constexpr std::size_t kUsualSize = 6144;
+// What most evaluations take.
+constexpr std::size_t kUsualSize = 2048;
 
 // All bits of a word index that asks for the whole text.
 constexpr std::uint32_t kWholeText = 0xFFFFFFFF;
@@ -100,15 +101,24 @@ XPath& XPath::operator=(XPath&& other) noexcept {
 
 XPath::~XPath() = default;
 
-unsigned long XPath::GetValues(const Uni16String& expression) { return runQuery(expression); }
-
-unsigned long XPath::GetValues(const std::string& expression) {
-    return runQuery(fromUTF8(expression));
+unsigned long XPath::GetValues(const Uni16String& expression) {
+    return runQuery(ExpressionSource(expression));
 }
 
-unsigned long XPath::runQuery(Uni16String expression) {
+unsigned long XPath::GetValues(const std::string& expression) {
+    return runQuery(ExpressionSource(expression));
+}
+
+// An expression that was compiled for nodes may not do for values.
+unsigned long XPath::runQuery(const ExpressionSource& source) {
     if (mDocument == nullptr) return 0;
-    return FindNodes(std::move(expression), false) ? GetNrOfResults() : 0;
+    const bool startsFromNodes = mValues.empty();
+    std::unique_ptr<CompiledExpression> expression =
+        startsFromNodes ? RecentExpressions::take(source)
+                        : std::make_unique<CompiledExpression>(source);
+    const unsigned long count = FindNodes(*expression, false) ? GetNrOfResults() : 0;
+    if (startsFromNodes && expression->isCompiled()) RecentExpressions::keep(std::move(expression));
+    return count;
 }
 
 Uni16String XPath::GetValue(const Uni16String& expression, long wordIndex) {
@@ -116,7 +126,7 @@ Uni16String XPath::GetValue(const Uni16String& expression, long wordIndex) {
 }
 
 std::string XPath::GetValueUTF8(const std::string& expression, long wordIndex) {
-    return toUTF8(GetValue(fromUTF8(expression), wordIndex));
+    return GetValues(expression) > 0 ? GetValueUTF8(0, wordIndex) : std::string();
 }
 
 // A word is never counted, so every index but 0 comes to the end of the text. Deliberate: callers
@@ -158,9 +168,18 @@ XPath::ResultItem XPath::itemOf(unsigned long index) const {
     return mNodes.empty() ? mValues[index] : nodeItem(mNodes[index]);
 }
 
-bool XPath::SyntaxOK(const Uni16String& expression) { return FindNodes(expression, true); }
+bool XPath::SyntaxOK(const Uni16String& expression) {
+    return checkSyntax(ExpressionSource(expression));
+}
 
-bool XPath::SyntaxOK(const std::string& expression) { return SyntaxOK(fromUTF8(expression)); }
+bool XPath::SyntaxOK(const std::string& expression) {
+    return checkSyntax(ExpressionSource(expression));
+}
+
+bool XPath::checkSyntax(const ExpressionSource& source) {
+    CompiledExpression expression(source);
+    return FindNodes(expression, true);
+}
 
 XPath::ErrorCode XPath::GetErrorCode() const { return mError; }
 
@@ -177,10 +196,8 @@ Uni16String XPath::GetErrorString() const {
 std::string XPath::GetErrorStringUTF8() const { return toUTF8(GetErrorString()); }
 
 // A relative expression starts from the results and uses them up; an absolute one replaces them.
-bool XPath::FindNodes(Uni16String expression, bool syntaxOnly) {
-    std::array<std::byte, kUsualSize> buffer;
-    std::pmr::monotonic_buffer_resource memory(buffer.data(), buffer.size());
-    const ExpressionText text(std::move(expression), &memory);
+bool XPath::FindNodes(CompiledExpression& expression, bool syntaxOnly) {
+    const ExpressionText& text = expression.text();
     setError(text.error().code, text.error().detail);
     if (text.size() == 0) {
         if (!syntaxOnly) clearResults();
@@ -200,32 +217,33 @@ bool XPath::FindNodes(Uni16String expression, bool syntaxOnly) {
     }
     const bool isDocument = text.size() == 1 && text[0] == L'/';
     if (isDocument && syntaxOnly) return true;
-    Program program(&memory);
-    if (!compile(text, !syntaxOnly && !values.empty(), program)) return false;
-    if (!syntaxOnly) EvaluateExpression(text, program, nodes, values);
+    const bool startsFromValues = !syntaxOnly && !values.empty();
+    if (!expression.isCompiled()) {
+        const XPathError error = expression.compile(startsFromValues ? Compiler::Context::Values
+                                                                     : Compiler::Context::Nodes);
+        if (error.code != NoError) return fail(error.code, error.detail);
+    }
+    if (!syntaxOnly) EvaluateExpression(expression, nodes, values);
     mNodes.swap(nodes);
     mValues.swap(values);
     mItems.clear();
     return true;
 }
 
-bool XPath::compile(const ExpressionText& text, bool startsFromValues, Program& program) {
-    if (text.error().code != NoError) return false;
-    Compiler compiler(text, startsFromValues ? Compiler::Context::Values : Compiler::Context::Nodes,
-                      program);
-    return compiler.compile() || fail(compiler.error().code, compiler.error().detail);
-}
-
 // Needs: `nodes` or `values` is empty. They are the context, and become the results.
-void XPath::EvaluateExpression(const ExpressionText& text, const Program& program,
-                               std::vector<Object*>& nodes, std::vector<ResultItem>& values) {
-    Evaluator evaluator(program, *mDocument);
+void XPath::EvaluateExpression(const CompiledExpression& expression, std::vector<Object*>& nodes,
+                               std::vector<ResultItem>& values) {
+    std::array<std::byte, kUsualSize> buffer;
+    std::pmr::monotonic_buffer_resource memory(buffer.data(), buffer.size());
+    Evaluator evaluator(expression.program(), *mDocument, &memory);
     Outcome outcome = evaluator.evaluate(std::move(nodes));
     nodes = std::move(outcome.nodes);
     values = std::move(outcome.values);
     const Misses::Blamed& blamed = evaluator.blamed();
     const bool isEmpty = nodes.empty() && values.empty();
-    if (isEmpty && blamed.step != nullptr) setError(NodeNotFound, detailOf(blamed, text));
+    if (isEmpty && blamed.step != nullptr) {
+        setError(NodeNotFound, detailOf(blamed, expression.text()));
+    }
 }
 
 void XPath::clearResults() {

@@ -12,9 +12,9 @@
 namespace Xml {
 
 class Document;
-class ExpressionText;
+class CompiledExpression;
 class Object;
-struct Program;
+struct ExpressionSource;
 
 /// Answers queries about one document, starting from one of its nodes.
 ///
@@ -178,11 +178,11 @@ public:
     std::string GetErrorStringUTF8() const;
 
 private:
-    unsigned long runQuery(VexSys::Uni16String expression);
-    bool FindNodes(VexSys::Uni16String expression, bool syntaxOnly);
-    bool compile(const ExpressionText& text, bool startsFromValues, Program& program);
-    void EvaluateExpression(const ExpressionText& text, const Program& program,
-                            std::vector<Object*>& nodes, std::vector<ResultItem>& values);
+    unsigned long runQuery(const ExpressionSource& source);
+    bool checkSyntax(const ExpressionSource& source);
+    bool FindNodes(CompiledExpression& expression, bool syntaxOnly);
+    void EvaluateExpression(const CompiledExpression& expression, std::vector<Object*>& nodes,
+                            std::vector<ResultItem>& values);
     ResultItem itemOf(unsigned long index) const;
     void clearResults();
     void setError(ErrorCode error, const VexSys::Uni16String& detail);
