@@ -11,9 +11,9 @@
 #include "VexSys/FileIO.h"
 #include "VexXml/Readers.h"
 #include "documents/Cases.h"
-#include "support/Dump.h"
 #include "support/FileLikeInStream.h"
 #include "support/PlainInStream.h"
+#include "support/Readings.h"
 #include "support/TempFolder.h"
 
 namespace {
@@ -22,57 +22,19 @@ using documents::Case;
 using support::FileLikeInStream;
 using support::PlainInStream;
 
-/// Notes when a read met the end of the text.
-class WatchedInStream : public PlainInStream {
-public:
-    using PlainInStream::PlainInStream;
-
-    bool getChar(char& c) override {
-        const bool found = PlainInStream::getChar(c);
-        if (!found) mMetEnd = true;
-        return found;
-    }
-
-    bool metEnd() const { return mMetEnd; }
-
-private:
-    bool mMetEnd = false;
-};
-
 /// The same document from all kinds of streams. What is read from each is one text.
 class EveryStream : public documents::InCasesFolder {
 protected:
-    /// The answer, the message, where the stream was left, what was reported, and the document.
     std::string readingOf(Xml::InStream& in) {
         Xml::DocumentReader reader;
-        const bool answer = reader.parse(in);
-        std::string reading = (answer ? "true \"" : "false \"") + reader.getErrorMessage() +
-                              "\" at " + std::to_string(in.getPosition()) + ", line " +
-                              std::to_string(in.getLine()) + ", column " +
-                              std::to_string(in.getColumn()) + ", last \"" + in.getErrorMessage() +
-                              "\"\n";
-        if (reader.getDocument() != nullptr) reading += support::dump(*reader.getDocument()) + "\n";
-        for (const std::string& report : diagnostics.take()) reading += report + "\n";
-        return reading;
+        return support::readingOf(reader, in, diagnostics);
     }
 
     /// False when streams in memory disagree, which is also reported.
     bool agreeInMemory(const std::string& text) {
-        WatchedInStream plain(text);
-        const std::string expected = readingOf(plain);
-        Xml::StringInStream string(text);
-        EXPECT_EQ(readingOf(string), expected) << testing::PrintToString(text);
-
-        std::istringstream source(text);
-        Xml::FileInStream file(&source);
-        const std::string found = readingOf(file);
-        FileLikeInStream like(text);
-        EXPECT_EQ(found, readingOf(like)) << testing::PrintToString(text);
-        // The one extra success at the end of a file shows only where the end is met: that is, not
-        // in a document that fails before it, nor in one with something behind its root.
-        if (!plain.metEnd()) {
-            EXPECT_EQ(found, expected) << testing::PrintToString(text);
-        }
+        const auto reading = [this](Xml::InStream& in) { return readingOf(in); };
+        EXPECT_EQ(support::differenceBetweenStreams(text, reading), "")
+            << testing::PrintToString(text);
         return !HasFailure();
     }
 
@@ -171,16 +133,6 @@ TEST_F(EveryStream, ReadsTheSameFromEveryDocumentWithAnyByteReplaced) {
     }
 }
 
-// Lines and columns of all positions tell which line starts are known.
-std::string linesOf(Xml::InStream& in, std::size_t size) {
-    std::string lines;
-    for (std::size_t position = 0; position <= size; ++position) {
-        in.setPosition(static_cast<int>(position));
-        lines += std::to_string(in.getLine()) + ':' + std::to_string(in.getColumn()) + ' ';
-    }
-    return lines;
-}
-
 // Pieces that are put together by chance: mostly they make no document, and are read up to there.
 const char* const kPieces[] = {"<a>",        "</a>",
                                "<b c='1'>",  "<b\rc = \"&lt;\"/>",
@@ -243,16 +195,10 @@ protected:
     }
 
     void compare(const std::string& text) {
-        PlainInStream plain(text);
-        Xml::StringInStream string(text);
-        EXPECT_EQ(readingOf(string), readingOf(plain)) << testing::PrintToString(text);
-        EXPECT_EQ(linesOf(string, text.size()), linesOf(plain, text.size()))
-            << testing::PrintToString(text);
-        std::istringstream source(text);
-        Xml::FileInStream file(&source);
-        FileLikeInStream like(text);
-        EXPECT_EQ(readingOf(file), readingOf(like)) << testing::PrintToString(text);
-        EXPECT_EQ(linesOf(file, text.size()), linesOf(like, text.size()))
+        const auto reading = [&](Xml::InStream& in) {
+            return readingOf(in) + support::linesOf(in, text.size());
+        };
+        EXPECT_EQ(support::differenceBetweenStreams(text, reading), "")
             << testing::PrintToString(text);
     }
 

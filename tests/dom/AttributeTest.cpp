@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "VexXml/Dom.h"
-#include "dom/LogStream.h"
 #include "support/Diagnostics.h"
 #include "support/Dump.h"
+#include "support/LogStream.h"
 
 namespace {
 

@@ -7,11 +7,11 @@
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
 #include "VexXml/Streams.h"
-#include "dom/Bindings.h"
 #include "dom/Build.h"
-#include "dom/LogStream.h"
+#include "support/Bindings.h"
 #include "support/Diagnostics.h"
 #include "support/Dump.h"
+#include "support/LogStream.h"
 
 namespace {
 

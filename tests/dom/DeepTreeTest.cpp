@@ -8,10 +8,10 @@
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
 #include "VexXml/Streams.h"
-#include "dom/Bindings.h"
 #include "dom/Build.h"
-#include "dom/LogStream.h"
+#include "support/Bindings.h"
 #include "support/Dump.h"
+#include "support/LogStream.h"
 
 // Trees as deep as documents may be, in a thread whose stack would not hold a frame per level.
 // Nothing is timed: whatever cost grows with the square of the depth would not end.

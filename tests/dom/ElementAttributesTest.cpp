@@ -7,7 +7,7 @@
 
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
-#include "dom/Bindings.h"
+#include "support/Bindings.h"
 #include "support/Diagnostics.h"
 #include "support/Dump.h"
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "VexXml/Dom.h"
-#include "dom/Bindings.h"
 #include "dom/Build.h"
+#include "support/Bindings.h"
 #include "support/Dump.h"
 
 namespace {

@@ -6,9 +6,9 @@
 #include "VexXml/Dom.h"
 #include "VexXml/Streams.h"
 #include "dom/Build.h"
-#include "dom/LogStream.h"
 #include "support/Diagnostics.h"
 #include "support/Dump.h"
+#include "support/LogStream.h"
 
 namespace {
 

@@ -10,9 +10,9 @@
 #include "VexXml/Dtd.h"
 #include "VexXml/Streams.h"
 #include "dom/Build.h"
-#include "dom/LogStream.h"
 #include "support/Diagnostics.h"
 #include "support/Dump.h"
+#include "support/LogStream.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include "VexXml/Dtd.h"
 #include "VexXml/Streams.h"
 #include "dom/Build.h"
-#include "dom/LogStream.h"
 #include "support/Dump.h"
+#include "support/LogStream.h"
 
 namespace {
 

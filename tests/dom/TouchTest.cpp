@@ -6,9 +6,9 @@
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
 #include "VexXml/Streams.h"
-#include "dom/Bindings.h"
 #include "dom/Build.h"
-#include "dom/LogStream.h"
+#include "support/Bindings.h"
+#include "support/LogStream.h"
 
 namespace {
 

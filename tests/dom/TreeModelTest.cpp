@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "dom/Play.h"
+#include "support/Play.h"
 
 // Long random sequences of everything that touches, binds and writes, done to real nodes and to the
 // model alike. The library takes shortcuts on these paths, none of which may ever show.

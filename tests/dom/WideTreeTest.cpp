@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "VexXml/Dom.h"
-#include "dom/Bindings.h"
 #include "dom/Build.h"
-#include "dom/LogStream.h"
+#include "support/Bindings.h"
 #include "support/Dump.h"
+#include "support/LogStream.h"
 
 // Elements with as many children as documents may have. Nothing is timed: whatever cost grows with
 // the square of their number would not end.

@@ -12,9 +12,9 @@
 #include "VexXml/Dtd.h"
 #include "VexXml/Streams.h"
 #include "dom/Build.h"
-#include "dom/LogStream.h"
 #include "dom/Sinks.h"
 #include "support/Diagnostics.h"
+#include "support/LogStream.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "VexXml/XPath.h"
-#include "xpath/Samples.h"
+#include "support/Samples.h"
 
 // Queries against another implementation of XPath, where both promise the same answer. Left out, as
 // ours answers otherwise on purpose:
@@ -30,7 +30,7 @@
 // - `and`, `or`, `|`, variables and all functions but `position` and `last`, which do not exist.
 namespace {
 
-using xpath::Sample;
+using support::Sample;
 
 /// One query in both notations.
 struct Both {

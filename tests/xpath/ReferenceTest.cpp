@@ -4,133 +4,38 @@
 #include <vector>
 
 #include "VexXml/XPath.h"
+#include "support/QueryTwins.h"
 #include "support/ReferenceXPath.h"
+#include "support/Samples.h"
 #include "support/ShortTexts.h"
 #include "xpath/Expressions.h"
-#include "xpath/Samples.h"
 
 namespace {
 
 using support::forEachText;
 using support::ReferenceXPath;
+using support::Sample;
+using support::utf16;
 using xpath::Expressions;
-using xpath::Sample;
 
-VexSys::Uni16String utf16(const std::string& text) {
-    return VexSys::UTF8ToUni16Char(text.data(), text.size());
-}
-
-std::string utf8(const VexSys::Uni16String& text) {
-    return testing::PrintToString(VexSys::Uni16CharToUTF8(text));
-}
-
-/// What stands in a result, in front of its texts.
-std::string kindOf(const Xml::XPath::ResultItem& item, const Sample& sample) {
-    switch (item.kind) {
-        case Xml::XPath::Node:
-            return sample.nameOf(item.node);
-        case Xml::XPath::String:
-            return "string";
-        case Xml::XPath::Number:
-            return "number";
-        case Xml::XPath::Boolean:
-            return "boolean";
-    }
-    return "?";
-}
-
-/// The results, each as a whole and as words, with the error that asking for each left.
-template <class Query>
-std::string resultsOf(Query query, const Sample& sample) {
-    std::string text;
-    for (std::size_t index = 0; index < query.GetResults().size(); ++index) {
-        const Xml::XPath::ResultItem item = query.GetResults()[index];
-        text += "\n  " + kindOf(item, sample) + " tagged " + std::to_string(item.tag);
-        for (const long word : {-1L, 0L, 1L}) {
-            text += ' ' + utf8(query.GetValue(index, word));
-            text += ' ' + std::to_string(query.GetErrorCode());
-        }
-    }
-    query.GetValue(query.GetResults().size(), -1);
-    return text + "\n  behind them " + std::to_string(query.GetErrorCode());
-}
-
-/// All that can be seen of a query behind one expression.
-template <class Query>
-std::string outcomeOf(const Query& query, unsigned long answer, const Sample& sample) {
-    return "answer " + std::to_string(answer) + ", error " + std::to_string(query.GetErrorCode()) +
-           ' ' + utf8(query.GetErrorDetail()) + resultsOf(query, sample);
-}
-
-template <class Query>
-std::string outcomeOfSyntaxOK(Query query, const std::string& expression, const Sample& sample) {
-    const bool answer = query.SyntaxOK(utf16(expression));
-    return outcomeOf(query, answer ? 1 : 0, sample);
-}
-
-template <class Query>
-std::string outcomeOfGetValues(Query& query, const std::string& expression, const Sample& sample) {
-    const unsigned long answer = query.GetValues(utf16(expression));
-    return outcomeOf(query, answer, sample);
-}
-
-/// Whether the error of `GetValues` tells that the expression cannot be read, and not only that
-/// nothing can be found by it.
-bool isMalformed(const Xml::XPath& query) {
-    switch (query.GetErrorCode()) {
-        case Xml::XPath::NoError:
-        case Xml::XPath::NodeNotFound:
-        case Xml::XPath::NoContextNodes:
-        case Xml::XPath::ContextIsNotANode:
-            return false;
-        default:
-            return true;
-    }
-}
-
-/// The library and the reference, asked the same, one expression after the other.
+/// `support::QueryTwins` from a node of a sample, whose differences are failures.
 class Twins {
 public:
     Twins(const Sample& sample, std::size_t contextNode)
-        : mSample(sample),
-          mQuery(sample.nodes()[contextNode]),
-          mReference(sample.nodes()[contextNode]),
-          mStory(sample.text() + "\nfrom " + sample.nameOf(sample.nodes()[contextNode])) {}
+        : mTwins(sample, *sample.nodes()[contextNode]) {}
 
     /// False when they differ, which is also reported.
     bool agreeOn(const std::string& expression) {
-        mStory += "\n" + testing::PrintToString(expression);
-        const Xml::XPath before = mQuery;
-        EXPECT_EQ(outcomeOfSyntaxOK(mQuery, expression, mSample),
-                  outcomeOfSyntaxOK(mReference, expression, mSample))
-            << "SyntaxOK: " << mStory;
-        EXPECT_EQ(outcomeOfGetValues(mQuery, expression, mSample),
-                  outcomeOfGetValues(mReference, expression, mSample))
-            << mStory;
-        checkSyntax(before, expression);
+        EXPECT_EQ(mTwins.differenceOn(expression), "");
         return !testing::Test::HasFailure();
     }
 
 private:
-    // An expression is well-formed or not whatever there is to be found by it. Whether it is cannot
-    // be told where another error came first.
-    void checkSyntax(Xml::XPath before, const std::string& expression) const {
-        const auto error = mQuery.GetErrorCode();
-        if (error == Xml::XPath::NoContextNodes || error == Xml::XPath::ContextIsNotANode) return;
-        EXPECT_EQ(before.SyntaxOK(utf16(expression)), !isMalformed(mQuery)) << mStory;
-        if (!isMalformed(mQuery)) return;
-        EXPECT_EQ(before.GetErrorCode(), error) << mStory;
-        EXPECT_EQ(utf8(before.GetErrorDetail()), utf8(mQuery.GetErrorDetail())) << mStory;
-    }
-
-    const Sample& mSample;
-    Xml::XPath mQuery;
-    ReferenceXPath mReference;
-    std::string mStory;
+    support::QueryTwins mTwins;
 };
 
 const Sample& anySample(Expressions& choice) {
-    return *xpath::samples()[choice.below(xpath::samples().size())];
+    return *support::samples()[choice.below(support::samples().size())];
 }
 
 /// Half of the time the document.
@@ -153,7 +58,7 @@ void agreeOnChains(unsigned seed, int times, const MakeExpression& expression) {
 }
 
 bool agreeOnMixedContent(const std::string& expression) {
-    return Twins(*xpath::samples()[2], 0).agreeOn(expression);
+    return Twins(*support::samples()[2], 0).agreeOn(expression);
 }
 
 TEST(XPathAgreesWithTheReference, OnWellFormedExpressions) {
@@ -207,7 +112,7 @@ std::vector<std::string> everyStep() {
 
 TEST(XPathAgreesWithTheReference, OnEveryStepFromEveryNode) {
     const std::vector<std::string> steps = everyStep();
-    for (const auto& sample : xpath::samples()) {
+    for (const auto& sample : support::samples()) {
         for (std::size_t node = 0; node < sample->nodes().size(); ++node) {
             for (const std::string& step : steps) {
                 if (!Twins(*sample, node).agreeOn(step)) return;
@@ -218,7 +123,7 @@ TEST(XPathAgreesWithTheReference, OnEveryStepFromEveryNode) {
 
 // Within one path, where positions count over all of them, and in the next query.
 TEST(XPathAgreesWithTheReference, OnEveryStepFromAllNodesAtOnce) {
-    for (const auto& sample : xpath::samples()) {
+    for (const auto& sample : support::samples()) {
         for (const std::string& step : everyStep()) {
             Twins twins(*sample, 0);
             if (!twins.agreeOn("//*/" + step) || !twins.agreeOn("//*") || !twins.agreeOn(step)) {
@@ -260,7 +165,7 @@ TEST(XPathAgreesWithTheReference, OnEveryPairOfOperandsOverManyNodes) {
         for (const std::string& left : operands) {
             for (const std::string& right : operands) {
                 for (const std::string op : {"=", "!=", " lt ", " div "}) {
-                    if (!agreeFromManyNodes(*xpath::samples()[sample],
+                    if (!agreeFromManyNodes(*support::samples()[sample],
                                             std::string(left).append(op).append(right)))
                         return;
                 }
@@ -272,15 +177,8 @@ TEST(XPathAgreesWithTheReference, OnEveryPairOfOperandsOverManyNodes) {
 TEST(XPathAgreesWithTheReference, OutsideAnyDocument) {
     Xml::Element lonely("a");
     for (const std::string expression : {"a", "/", "/a", "", "self::a", "a["}) {
-        Xml::XPath query(&lonely);
-        ReferenceXPath reference(&lonely);
-        const Sample& none = *xpath::samples()[0];
-        EXPECT_EQ(outcomeOfGetValues(query, expression, none),
-                  outcomeOfGetValues(reference, expression, none))
-            << expression;
-        EXPECT_EQ(outcomeOfSyntaxOK(query, expression, none),
-                  outcomeOfSyntaxOK(reference, expression, none))
-            << expression;
+        support::QueryTwins twins(*support::samples()[0], lonely);
+        EXPECT_EQ(twins.differenceOn(expression), "");
     }
 }
 

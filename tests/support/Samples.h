@@ -7,7 +7,7 @@
 
 #include "VexXml/Dom.h"
 
-namespace xpath {
+namespace support {
 
 /// A small document whose nodes have numbers, in document order, attributes in front of children.
 class Sample {
@@ -37,4 +37,4 @@ private:
 /// Documents that use the names and values of `Expressions`.
 const std::vector<std::unique_ptr<Sample>>& samples();
 
-}  // namespace xpath
+}  // namespace support

@@ -1,10 +1,10 @@
-#include "dom/Play.h"
+#include "support/Play.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "VexXml/Dtd.h"
-#include "dom/Bindings.h"
+#include "support/Bindings.h"
 
 namespace model {
 namespace {

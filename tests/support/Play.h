@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "VexXml/Dom.h"
-#include "dom/LogStream.h"
-#include "dom/TreeModel.h"
+#include "support/LogStream.h"
+#include "support/TreeModel.h"
 
 namespace model {
 

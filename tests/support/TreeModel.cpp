@@ -1,4 +1,4 @@
-#include "dom/TreeModel.h"
+#include "support/TreeModel.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,11 +1,11 @@
-#include "xpath/Samples.h"
+#include "support/Samples.h"
 
 #include <gtest/gtest.h>
 
 #include "VexXml/Readers.h"
 #include "VexXml/Streams.h"
 
-namespace xpath {
+namespace support {
 namespace {
 
 const char* const kDocuments[] = {
@@ -73,4 +73,4 @@ const std::vector<std::unique_ptr<Sample>>& samples() {
     return kSamples;
 }
 
-}  // namespace xpath
+}  // namespace support

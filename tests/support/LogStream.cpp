@@ -1,4 +1,4 @@
-#include "dom/LogStream.h"
+#include "support/LogStream.h"
 
 namespace support {
 

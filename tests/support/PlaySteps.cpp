@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "VexXml/Dtd.h"
-#include "dom/Play.h"
+#include "support/Play.h"
 
 namespace model {
 

@@ -1,4 +1,4 @@
-#include "dom/Bindings.h"
+#include "support/Bindings.h"
 
 #include <vector>
 
