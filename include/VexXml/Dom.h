@@ -203,6 +203,8 @@ public:
     ///
     /// With the read/write optimisation on, a node that is unchanged since it was last written and
     /// would begin at the same position is passed over: the stream moves to where its text ends.
+    /// The tabs that indent it count as part of its text, and so stay where it is no longer
+    /// indented.
     void toStream(OutStream& out);
     /// Switches the read/write optimisation for the whole process and returns the previous setting,
     /// off at first. It serves to write a changed document again to where it was written before.

@@ -135,6 +135,16 @@ TEST_F(Rewriting, ForgetsTheChangeOnceItIsWritten) {
               "<a>\n\t<b k=\"1\">\n\t\t<c>one</c>\n\t\t<c>two</c>\n\t</b>\n[to 60]\n</a>");
 }
 
+// Deliberate: where it begins is all that is asked of an unchanged node, and that is in front of
+// its tabs. Behind a text there are none, but here the element begins at the same place.
+TEST(RewriteOptimisation, CountsTheTabsInFrontAsPartOfANode) {
+    const support::OptimizedRewriting on;
+    const Tree top(element("a", {element("b"), element("c")}));
+    EXPECT_EQ(writeAt(0, *top), "<a>\n\t<b/>\n\t<c/>\n</a>");
+    top->insertChild(top->getElement("c"), text("xyz"));
+    EXPECT_EQ(writeAt(0, *top), "<a><b/>xyz[to 15]</a>");
+}
+
 // A file that is written once and then again from its start, as callers do.
 class RewritingAFile : public testing::Test {
 protected:
