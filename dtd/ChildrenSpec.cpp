@@ -50,7 +50,9 @@ void ChildrenSpec::toStream(OutStream& out, bool parenthesise) const {
 }
 
 ChildrenSpec* ChildrenSpec::clone(Dtd* newDtd) const {
-    return new ChildrenSpec(newDtd, cloneOf(mCp.get(), newDtd).release(), mRep);
+    auto copy = std::make_unique<ChildrenSpec>(newDtd, nullptr, mRep);
+    copy->mCp = cloneOf(mCp.get(), newDtd);
+    return copy.release();
 }
 
 }  // namespace Xml

@@ -7,6 +7,7 @@
 #include "dtd/ModelWriter.h"
 #include "dtd/ParticleList.h"
 #include "dtd/Validator.h"
+#include "values/Room.h"
 
 namespace Xml {
 
@@ -33,14 +34,20 @@ ChoiceSpec& ChoiceSpec::operator=(ChoiceSpec&& other) noexcept {
 ChoiceSpec::~ChoiceSpec() { destroy(std::move(mChoices)); }
 
 void ChoiceSpec::addChoice(const std::string& name, RepType rep) {
-    addChoice(new NameSpec(ModelAccess::dtdOf(*this), name), rep);
+    auto particle = std::make_unique<NameSpec>(ModelAccess::dtdOf(*this), name);
+    addChoice(particle.get(), rep);
+    particle.release();
 }
 
 void ChoiceSpec::addChoice(CpSpec* cp, RepType rep) {
+    makeRoom(mChoices);
     addChoice(new ChildrenSpec(ModelAccess::dtdOf(*this), cp, rep));
 }
 
-void ChoiceSpec::addChoice(ChildrenSpec* choice) { mChoices.emplace_back(choice); }
+void ChoiceSpec::addChoice(ChildrenSpec* choice) {
+    makeRoom(mChoices);
+    mChoices.emplace_back(choice);
+}
 
 void ChoiceSpec::addCharDataAsChoice(bool charData) { mCharDataAsChoice = charData; }
 

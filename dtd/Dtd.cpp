@@ -9,6 +9,40 @@
 #include "dtd/Validator.h"
 
 namespace Xml {
+namespace {
+
+/// Owns what is a caller's until it has been stored: after a refusal or a failure it still is.
+template <class Item>
+struct ReleasedInTheEnd {
+    explicit ReleasedInTheEnd(Item* item) : owner(item) {}
+    ~ReleasedInTheEnd() { static_cast<void>(owner.release()); }
+    ReleasedInTheEnd(const ReleasedInTheEnd&) = delete;
+    ReleasedInTheEnd& operator=(const ReleasedInTheEnd&) = delete;
+
+    std::unique_ptr<Item> owner;
+};
+
+// Of two of a name the added one stays. Needs no memory.
+template <class Map>
+void mergeMaps(Map& present, Map& added) {
+    for (auto& [name, value] : added) {
+        const auto found = present.find(name);
+        if (found != present.end()) std::swap(found->second, value);
+    }
+    present.merge(added);
+}
+
+// The same of the attributes in lists of a name.
+template <class Lists>
+void mergeLists(Lists& present, Lists& added) {
+    for (auto& [element, list] : added) {
+        const auto found = present.find(element);
+        if (found != present.end()) mergeMaps(found->second, list);
+    }
+    present.merge(added);
+}
+
+}  // namespace
 
 Dtd::Dtd(const std::string& name) : mName(name) {}
 
@@ -20,13 +54,17 @@ Dtd::Dtd(Dtd&& other) noexcept : Object(other) { takeFrom(other); }
 // find their `Dtd` stay behind, since the models belong to `other`.
 Dtd& Dtd::operator=(const Dtd& other) {
     if (this == &other) return *this;
-    Object::operator=(other);
-    mElementDecls = other.mElementDecls;
-    mAttListDecls = other.mAttListDecls;
-    mName = other.mName;
-    mEntities = other.mEntities;
+    auto elementDecls = other.mElementDecls;
+    auto attListDecls = other.mAttListDecls;
+    auto entities = other.mEntities;
+    DataHolder name = other.mName;
     mUnknownEntityValue = other.mUnknownEntityValue;
     mUnknownEntityName = other.mUnknownEntityName;
+    Object::operator=(other);
+    mElementDecls = std::move(elementDecls);
+    mAttListDecls = std::move(attListDecls);
+    mEntities = std::move(entities);
+    mName = std::move(name);
     return *this;
 }
 
@@ -75,15 +113,14 @@ bool Dtd::addElementDecl(const std::string& name) {
 }
 
 bool Dtd::addElementDecl(const std::string& name, ContentSpec* spec) {
-    std::unique_ptr<ContentSpec> model(spec);
-    const bool stored = storeModel(name, model);
-    // A refused model stays the caller's.
-    static_cast<void>(model.release());
-    return stored;
+    ReleasedInTheEnd<ContentSpec> model(spec);
+    return storeModel(name, model.owner);
 }
 
 bool Dtd::addElementDecl(const std::string& name, CpSpec* cp, RepType rep) {
+    std::unique_ptr<CpSpec> particle(cp);
     std::unique_ptr<ContentSpec> model = std::make_unique<ChildrenSpec>(this, cp, rep);
+    static_cast<void>(particle.release());
     return storeModel(name, model);
 }
 
@@ -98,17 +135,16 @@ bool Dtd::storeModel(const std::string& name, std::unique_ptr<ContentSpec>& mode
         Message("<Dtd::addElementDecl> already added " + name);
         return false;
     }
-    mElementDecls.emplace(name, std::shared_ptr<ContentSpec>(std::move(model)));
+    std::map<std::string, std::shared_ptr<ContentSpec>> added;
+    added[name] = std::move(model);
+    mElementDecls.merge(added);
     touch();
     return true;
 }
 
 bool Dtd::addAttDecl(const std::string& element, const std::string& attribute, AttDef* def) {
-    std::unique_ptr<AttDef> definition(def);
-    const bool stored = storeDefinition(element, attribute, definition);
-    // A refused definition stays the caller's.
-    static_cast<void>(definition.release());
-    return stored;
+    ReleasedInTheEnd<AttDef> definition(def);
+    return storeDefinition(element, attribute, definition.owner);
 }
 
 bool Dtd::addAttDecl(const std::string& element, const std::string& attribute, AttType type) {
@@ -124,7 +160,9 @@ bool Dtd::storeDefinition(const std::string& element, const std::string& attribu
         Message("<Dtd::addAttlistDecl> alraedy added " + element + ' ' + attribute);
         return false;
     }
-    mAttListDecls[element].emplace(attribute, std::shared_ptr<AttDef>(std::move(def)));
+    std::map<std::string, AttList> added;
+    added[element][attribute] = std::move(def);
+    mergeLists(mAttListDecls, added);
     touch();
     return true;
 }
@@ -148,23 +186,27 @@ bool Dtd::hasDefaultValue(const std::string& element, const std::string& attribu
 }
 
 void Dtd::merge(const Dtd& other, bool overwrite) {
-    // Each clone is made before what it replaces is deleted: `other` may be this one.
+    // All clones are made before anything changes: `other` may be this one, and memory may fail.
+    std::map<std::string, std::shared_ptr<ContentSpec>> models;
     for (const auto& [name, model] : other.mElementDecls) {
         if (!overwrite && mElementDecls.count(name) > 0) continue;
-        std::shared_ptr<ContentSpec> clone(model->clone(this));
-        mElementDecls[name] = std::move(clone);
+        models[name] = std::shared_ptr<ContentSpec>(model->clone(this));
     }
+    std::map<std::string, AttList> lists;
     for (const auto& [element, list] : other.mAttListDecls) {
-        AttList& presentList = mAttListDecls[element];
+        AttList& clones = lists[element];
         for (const auto& [attribute, def] : list) {
-            if (!overwrite && presentList.count(attribute) > 0) continue;
-            std::shared_ptr<AttDef> clone(def->clone());
-            presentList[attribute] = std::move(clone);
+            if (!overwrite && findAttDef(element, attribute) != nullptr) continue;
+            clones[attribute] = std::shared_ptr<AttDef>(def->clone());
         }
     }
+    std::map<std::string, DataHolder> entities;
     for (const auto& [name, value] : other.mEntities) {
-        if (overwrite || !isEntityName(name)) setEntity(name, value);
+        if (overwrite || !isEntityName(name)) entities[name] = value;
     }
+    mergeMaps(mElementDecls, models);
+    mergeLists(mAttListDecls, lists);
+    mergeMaps(mEntities, entities);
 }
 
 bool Dtd::validate(Element* element) const {

@@ -4,6 +4,21 @@
 #include "VexXml/Streams.h"
 
 namespace Xml {
+namespace {
+
+/// Of what is written while it lives, whatever ends that.
+class Indentation {
+public:
+    explicit Indentation(OutStream& out) : mOut(out) { mOut.incTab(); }
+    ~Indentation() { mOut.decTab(); }
+    Indentation(const Indentation&) = delete;
+    Indentation& operator=(const Indentation&) = delete;
+
+private:
+    OutStream& mOut;
+};
+
+}  // namespace
 
 void Dtd::write(OutStream& out) const {
     const std::string documentType = mName;
@@ -24,13 +39,14 @@ void Dtd::writeAttList(OutStream& out, const std::string& element) const {
     const auto list = mAttListDecls.find(element);
     if (list == mAttListDecls.end() || list->second.empty()) return;
     out << "<!ATTLIST " << element << "\n";
-    out.incTab();
-    for (const auto& [attribute, def] : list->second) {
-        out << attribute << " ";
-        def->toStream(out);
-        out << "\n";
+    {
+        const Indentation oneLevel(out);
+        for (const auto& [attribute, def] : list->second) {
+            out << attribute << " ";
+            def->toStream(out);
+            out << "\n";
+        }
     }
-    out.decTab();
     out << ">\n";
 }
 

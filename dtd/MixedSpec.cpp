@@ -5,6 +5,7 @@
 #include "VexXml/Streams.h"
 #include "dtd/ModelAccess.h"
 #include "dtd/Validator.h"
+#include "values/Room.h"
 
 namespace Xml {
 
@@ -25,12 +26,14 @@ MixedSpec& MixedSpec::operator=(MixedSpec&& other) noexcept {
 }
 
 void MixedSpec::addName(const std::string& name) {
+    std::string added = name;
+    makeRoom(mNames);
     if (!mKnownNames.insert(name).second) {
         // Names the constructor instead of this function: callers compare this.
         Message("<MixedSpec::MixedSpec> name already added " + name);
         return;
     }
-    mNames.push_back(name);
+    mNames.push_back(std::move(added));
 }
 
 bool MixedSpec::validate(std::vector<Object*>* children) const {

@@ -40,7 +40,7 @@ public:
     static RepType repetitionOf(const ChildrenSpec& node) { return node.mRep; }
     /// Null in a moved-from node, which matches and writes nothing.
     static const CpSpec* particleOf(const ChildrenSpec& node) { return node.mCp.get(); }
-    static CpSpec* particleOf(ChildrenSpec& node) { return node.mCp.get(); }
+    static std::unique_ptr<CpSpec>& ownerOf(ChildrenSpec& node) { return node.mCp; }
 };
 
 /// Calls `visit` with the particle as the class it is of. One of a class that a caller derived is

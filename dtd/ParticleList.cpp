@@ -1,7 +1,6 @@
 #include "dtd/ParticleList.h"
 
 #include <cstddef>
-#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -65,8 +64,9 @@ private:
         if (typeid(item) != typeid(ChildrenSpec)) {
             return std::unique_ptr<ChildrenSpec>(item.clone(dtd));
         }
-        return std::make_unique<ChildrenSpec>(dtd, begin(ModelAccess::particleOf(item)).release(),
-                                              ModelAccess::repetitionOf(item));
+        auto copy = std::make_unique<ChildrenSpec>(dtd, nullptr, ModelAccess::repetitionOf(item));
+        ModelAccess::ownerOf(*copy) = begin(ModelAccess::particleOf(item));
+        return copy;
     }
 
     std::unique_ptr<CpSpec> begin(const CpSpec* particle) {
@@ -102,18 +102,45 @@ private:
     std::vector<OpenList> mOpen;
 };
 
-// Also takes the items of a class that a caller derived from a choice or a sequence.
-void moveItems(CpSpec* particle, ParticleList& target) {
+// Also those of a class that a caller derived from a choice or a sequence. Null when there are
+// none.
+ParticleList* itemsBelow(CpSpec* particle) {
     ParticleList* items = nullptr;
     if (auto* sequence = dynamic_cast<SeqSpec*>(particle)) {
         items = &ModelAccess::itemsOf(*sequence);
     } else if (auto* choice = dynamic_cast<ChoiceSpec*>(particle)) {
         items = &ModelAccess::itemsOf(*choice);
     }
-    if (items == nullptr) return;
-    target.insert(target.end(), std::make_move_iterator(items->begin()),
-                  std::make_move_iterator(items->end()));
-    items->clear();
+    return items != nullptr && !items->empty() ? items : nullptr;
+}
+
+std::unique_ptr<ChildrenSpec> takeLast(ParticleList& items) {
+    std::unique_ptr<ChildrenSpec> last = std::move(items.back());
+    items.pop_back();
+    return last;
+}
+
+// Frees an item and all below it, from the innermost outwards. A model may be deeper than the call
+// stack, and freeing must not need memory, so the way back lies in the model itself. Invariant:
+// `particle` was that of `item`. In its place `item` owns the particle around it, and there the
+// last item, which `item` was, is now the one that owned that particle; null at the top.
+void destroyItem(std::unique_ptr<ChildrenSpec> item) {
+    std::unique_ptr<CpSpec> particle = std::move(ModelAccess::ownerOf(*item));
+    while (item != nullptr) {
+        if (ParticleList* items = itemsBelow(particle.get())) {
+            std::unique_ptr<ChildrenSpec> inner = std::move(items->back());
+            if (inner == nullptr) {
+                items->pop_back();
+                continue;
+            }
+            items->back() = std::move(item);
+            item = std::move(inner);
+            particle.swap(ModelAccess::ownerOf(*item));
+        } else {
+            particle = std::move(ModelAccess::ownerOf(*item));
+            item = particle != nullptr ? takeLast(*itemsBelow(particle.get())) : nullptr;
+        }
+    }
 }
 
 }  // namespace
@@ -128,13 +155,9 @@ std::unique_ptr<CpSpec> cloneOf(const CpSpec* particle, Dtd* newDtd) {
 
 ParticleList cloneOf(const ParticleList& items, Dtd* newDtd) { return Copier(newDtd).copy(items); }
 
-// Invariant: an item dies only after the items below it have joined the list, so its destructor
-// finds nothing to go down to.
 void destroy(ParticleList items) {
     while (!items.empty()) {
-        const std::unique_ptr<ChildrenSpec> item = std::move(items.back());
-        items.pop_back();
-        if (item != nullptr) moveItems(ModelAccess::particleOf(*item), items);
+        if (std::unique_ptr<ChildrenSpec> item = takeLast(items)) destroyItem(std::move(item));
     }
 }
 

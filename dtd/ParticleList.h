@@ -15,7 +15,7 @@ ParticleList copyOf(const ParticleList& items);
 std::unique_ptr<CpSpec> cloneOf(const CpSpec* particle, Dtd* newDtd);
 ParticleList cloneOf(const ParticleList& items, Dtd* newDtd);
 
-/// Frees the items and all below them.
+/// Frees the items and all below them. Needs no memory.
 void destroy(ParticleList items);
 
 }  // namespace Xml

@@ -7,6 +7,7 @@
 #include "dtd/ModelWriter.h"
 #include "dtd/ParticleList.h"
 #include "dtd/Validator.h"
+#include "values/Room.h"
 
 namespace Xml {
 
@@ -28,14 +29,20 @@ SeqSpec& SeqSpec::operator=(SeqSpec&& other) noexcept {
 SeqSpec::~SeqSpec() { destroy(std::move(mItems)); }
 
 void SeqSpec::add(const std::string& name, RepType rep) {
-    add(new NameSpec(ModelAccess::dtdOf(*this), name), rep);
+    auto particle = std::make_unique<NameSpec>(ModelAccess::dtdOf(*this), name);
+    add(particle.get(), rep);
+    particle.release();
 }
 
 void SeqSpec::add(CpSpec* cp, RepType rep) {
+    makeRoom(mItems);
     add(new ChildrenSpec(ModelAccess::dtdOf(*this), cp, rep));
 }
 
-void SeqSpec::add(ChildrenSpec* item) { mItems.emplace_back(item); }
+void SeqSpec::add(ChildrenSpec* item) {
+    makeRoom(mItems);
+    mItems.emplace_back(item);
+}
 
 bool SeqSpec::validate(std::queue<Object*>* pending) const {
     return Validator::takeMatch(*this, *pending);

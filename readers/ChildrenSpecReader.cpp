@@ -29,21 +29,24 @@ struct ChildrenSpecReader::Group {
 
     void add(std::unique_ptr<ChildrenSpec> group) {
         if (sequence) {
-            sequence->add(group.release());
+            sequence->add(group.get());
         } else if (choice) {
-            choice->addChoice(group.release());
+            choice->addChoice(group.get());
         } else {
             first = std::move(group);
         }
+        group.release();
     }
 
     void beginSequence(Dtd* dtd) {
         if (sequence) return;
         sequence = std::make_unique<SeqSpec>(dtd);
         if (firstName) {
-            sequence->add(firstName.release(), RepOnce);
+            sequence->add(firstName.get(), RepOnce);
+            firstName.release();
         } else {
-            sequence->add(first.release());
+            sequence->add(first.get());
+            first.release();
         }
     }
 
@@ -51,19 +54,21 @@ struct ChildrenSpecReader::Group {
         if (choice) return;
         choice = std::make_unique<ChoiceSpec>(dtd);
         if (firstName) {
-            choice->addChoice(firstName.release(), RepOnce);
+            choice->addChoice(firstName.get(), RepOnce);
+            firstName.release();
         } else {
-            choice->addChoice(first.release());
+            choice->addChoice(first.get());
+            first.release();
         }
     }
 
     /// The particle that the group as a whole is. A single particle with a repetition of its own
     /// becomes a sequence of one.
-    CpSpec* extractParticle(Dtd* dtd) {
-        if (firstName) return firstName.release();
-        if (choice) return choice.release();
+    std::unique_ptr<CpSpec> extractParticle(Dtd* dtd) {
+        if (firstName) return std::move(firstName);
+        if (choice) return std::move(choice);
         beginSequence(dtd);
-        return sequence.release();
+        return std::move(sequence);
     }
 };
 
@@ -153,7 +158,10 @@ ChildrenSpecReader::Next ChildrenSpecReader::unexpected(InStream& in, const std:
 
 std::unique_ptr<ChildrenSpec> ChildrenSpecReader::endGroup(InStream& in, Group& group) {
     const RepType rep = getRep(in);
-    return std::make_unique<ChildrenSpec>(mDtd, group.extractParticle(mDtd), rep);
+    std::unique_ptr<CpSpec> particle = group.extractParticle(mDtd);
+    auto model = std::make_unique<ChildrenSpec>(mDtd, particle.get(), rep);
+    particle.release();
+    return model;
 }
 
 RepType ChildrenSpecReader::getRep(InStream& in) {

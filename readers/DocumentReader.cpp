@@ -70,7 +70,10 @@ bool DocumentReader::skipPublicDoctype(InStream& in) {
 bool DocumentReader::parseElement(InStream& in) {
     ElementReader reader(mDtd.get());
     if (!parseWith(reader, in)) return false;
-    mDocument = std::make_unique<Document>(reader.extractRoot(), mDtd.release());
+    std::unique_ptr<Element> root(reader.extractRoot());
+    mDocument = std::make_unique<Document>(root.get(), mDtd.get());
+    root.release();
+    mDtd.release();
     if (mDocument->validate()) return true;
     message(in, "Doc could not be validated");
     return false;
