@@ -20,15 +20,17 @@ Attribute::Attribute(const Attribute& other)
 
 // NOLINTNEXTLINE(performance-noexcept-move-constructor): keeping a held name may allocate
 Attribute::Attribute(Attribute&& other) : Object(other), mName(other.mName) {
+    Detail::NodeName emptied = other.renamedTo(Detail::NodeName());
     mValue.swap(other.mValue);
-    other.rename(Detail::NodeName());
+    other.mName.swap(emptied);
     other.touch();
 }
 
 Attribute& Attribute::operator=(const Attribute& other) {
     if (this == &other) return *this;
-    rename(other.mName);
+    Detail::NodeName name = renamedTo(other.mName);
     mValue = other.mValue;
+    mName.swap(name);
     Object::operator=(other);
     return *this;
 }
@@ -36,9 +38,12 @@ Attribute& Attribute::operator=(const Attribute& other) {
 // NOLINTNEXTLINE(performance-noexcept-move-constructor): keeping a held name may allocate
 Attribute& Attribute::operator=(Attribute&& other) {
     if (this == &other) return *this;
-    *this = std::as_const(other);
-    other.rename(Detail::NodeName());
-    other.mValue.clear();
+    Detail::NodeName name = renamedTo(other.mName);
+    Detail::NodeName emptied = other.renamedTo(Detail::NodeName());
+    mValue = std::move(other.mValue);
+    mName.swap(name);
+    other.mName.swap(emptied);
+    Object::operator=(other);
     other.touch();
     return *this;
 }
@@ -70,10 +75,11 @@ void Attribute::setHeldName(const std::string& name) {
     if (mName.texts() != nullptr) mName.ownTexts().hasHeldName = isOther;
 }
 
-void Attribute::rename(const Detail::NodeName& name) {
-    const std::string held = heldName();
-    mName = name;
-    if (is(Listed)) setHeldName(held);
+// The name that this would have if it were renamed.
+Detail::NodeName Attribute::renamedTo(const Detail::NodeName& name) const {
+    Attribute renamed(name, nullptr, 0);
+    if (is(Listed)) renamed.setHeldName(heldName());
+    return std::move(renamed.mName);
 }
 
 std::string Attribute::text() const { return getName() + '=' + toXmlString(mValue); }

@@ -68,14 +68,23 @@ Attribute& AttributeBlocks::at(int index) const {
     return *mBlocks[place.block][place.index];
 }
 
+// What can fail comes first.
 void AttributeBlocks::insert(std::unique_ptr<Attribute> attribute) {
-    const Place place = placeOf(attribute->heldName());
-    if (mBlocks.empty()) mBlocks.emplace_back();
+    if (mBlocks.empty()) {
+        mBlocks.emplace_back(1);
+        mBlocks.front().front().reset(attribute.release());
+        mSize = 1;
+        return;
+    }
+    Place place = placeOf(attribute->heldName());
+    if (mBlocks[place.block].size() == kMostInBlock) {
+        splitBlock(place.block);
+        place = placeOf(attribute->heldName());
+    }
     Block& block = mBlocks[place.block];
     block.insert(block.begin() + static_cast<std::ptrdiff_t>(place.index),
                  Item(attribute.release()));
     ++mSize;
-    if (block.size() > kMostInBlock) splitBlock(place.block);
 }
 
 void AttributeBlocks::splitBlock(std::size_t block) {

@@ -13,9 +13,16 @@ const char* const kXmlDeclaration = "<?xml version = \"1.0\" ?>";
 
 Document::Document() = default;
 
+// Binding the root may need memory; without, it and the DTD are the caller's again.
 Document::Document(Element* root, Dtd* dtd) : mDocumentDtd(dtd), mRoot(root) {
     linkContent();
-    if (mRoot) mRoot->setDtd(dtd);
+    try {
+        if (mRoot) mRoot->setDtd(dtd);
+    } catch (...) {
+        if (mDocumentDtd) mDocumentDtd.release()->linkTo(nullptr);
+        mRoot.release()->linkTo(nullptr);
+        throw;
+    }
 }
 
 // The link to the source's DTD is not taken over: nothing looks anything up through it, and the
@@ -80,14 +87,24 @@ const Dtd* Document::getDtd() const { return mDocumentDtd.get(); }
 Element* Document::extractRoot() {
     if (!mRoot) return nullptr;
     mRoot->linkTo(nullptr);
-    mRoot->setDtd(nullptr);
+    try {
+        mRoot->setDtd(nullptr);
+    } catch (...) {
+        mRoot->linkTo(this);
+        throw;
+    }
     return mRoot.release();
 }
 
 Dtd* Document::extractDtd() {
     if (!mDocumentDtd) return nullptr;
     mDocumentDtd->linkTo(nullptr);
-    if (mRoot) mRoot->setDtd(nullptr);
+    try {
+        if (mRoot) mRoot->setDtd(nullptr);
+    } catch (...) {
+        mDocumentDtd->linkTo(this);
+        throw;
+    }
     setDtd(nullptr);
     return mDocumentDtd.release();
 }

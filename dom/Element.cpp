@@ -9,8 +9,6 @@
 
 namespace Xml {
 
-namespace {}  // namespace
-
 template <class Visit>
 void Element::forEachAttribute(const Visit& visit) const {
     if (mAttributes) mAttributes->forEach(visit);
@@ -277,12 +275,22 @@ void Element::insertChild(const Object* before, Object* child) {
 void Element::insertAt(std::size_t place, Object* child) {
     mChildren.makeRoom();
     noteChild(*child);
-    child->setDtd(dtd());
+    bindNewChild(child);
     mChildren.insert(place, child);
     child->linkTo(this);
     if (!child->isWhollyBoundTo(dtd())) child->forgetBoundAbove();
     touch();
     dropUntrueMarks(child);
+}
+
+// Without memory for it, no part of the child may be left bound: it may outlive the DTD.
+void Element::bindNewChild(Object* child) {
+    try {
+        child->setDtd(dtd());
+    } catch (...) {
+        child->setDtd(nullptr);
+        throw;
+    }
 }
 
 void Element::noteChild(const Object& child) {
@@ -306,7 +314,13 @@ Object* Element::extractChild(int index) {
     mChildren.erase(static_cast<std::size_t>(index));
     touch();
     child->linkTo(nullptr);
-    child->setDtd(nullptr);
+    try {
+        child->setDtd(nullptr);
+    } catch (...) {
+        mChildren.insert(static_cast<std::size_t>(index), child);
+        child->linkTo(this);
+        throw;
+    }
     return child;
 }
 

@@ -29,9 +29,16 @@ class Element::Writer {
 public:
     explicit Writer(OutStream& stream) : mStream(stream), mOut(stream) {}
 
+    // Whatever stops it, a lack of memory say, the stream is indented as before.
     void write(const Element& top) {
-        writeAll(top);
-        mOut.release();
+        const int level = mOut.level();
+        try {
+            writeAll(top);
+            mOut.release();
+        } catch (...) {
+            mOut.setLevel(level);
+            throw;
+        }
     }
 
 private:

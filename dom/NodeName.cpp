@@ -35,10 +35,15 @@ private:
 
 SharedNames sharedNames;
 
-// Never destroyed: nodes may live as long as the process.
+// Never destroyed, as nodes may live as long as the process, and made without memory.
 const std::string* noName() {
-    static const std::string* const name = new std::string;
-    return name;
+    union Kept {
+        Kept() : text() {}
+        ~Kept() {}
+        const std::string text;
+    };
+    static const Kept name;
+    return &name.text;
 }
 
 // From the size and up to 16 bytes at the two ends.

@@ -1,5 +1,3 @@
-#include <vector>
-
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
 #include "VexXml/Streams.h"
@@ -105,22 +103,45 @@ void Object::touch() {
     }
 }
 
-// For when the nodes above change otherwise than by touching.
+// For when the nodes above change otherwise than by touching. Must not need memory, as nodes are
+// moved like this.
 void Object::forgetTouchedPaths() {
     if (!is(PathTouched)) return;
+    const bool isEffective = isPathTouched();
     mark(PathTouched, false);
-    Element* top = isDocument() ? toDocument()->getRoot() : isElement() ? toElement() : nullptr;
-    std::vector<Element*> pending;
-    if (top != nullptr) pending.push_back(top);
-    while (!pending.empty()) {
-        Element* element = pending.back();
-        pending.pop_back();
-        element->mark(PathTouched, false);
-        for (int i = 0; i < element->getChildCount(); ++i) {
-            Object* child = element->getChild(i);
-            if (child->is(PathTouched) && child->isElement()) pending.push_back(child->toElement());
+    if (Element* root = isDocument() ? toDocument()->getRoot() : nullptr) {
+        root->forgetTouchedPaths();
+    }
+    if (isEffective && isElement()) forgetTouchedPathsBelow(*toElement());
+}
+
+// What is touched does not stand anywhere any more, so where its text ended is free to tell, in
+// `here` and the elements around it, which child comes next. Below an element that is marked but
+// not touched no mark counts, and none will before that element is touched itself.
+void Object::forgetTouchedPathsBelow(Element& top) {
+    Element* here = &top;
+    here->mWriteEnd = 0;
+    while (true) {
+        if (Element* inner = nextTouchedPath(*here)) {
+            inner->mark(PathTouched, false);
+            inner->mWriteEnd = 0;
+            here = inner;
+        } else if (here == &top) {
+            return;
+        } else {
+            here = static_cast<Element*>(here->getParent());
         }
     }
+}
+
+Element* Object::nextTouchedPath(Element& element) {
+    while (element.mWriteEnd < element.getChildCount()) {
+        Object* child = element.getChild(element.mWriteEnd++);
+        if (child->isPathTouched() && child->getParent() == &element && child->isElement()) {
+            return static_cast<Element*>(child);
+        }
+    }
+    return nullptr;
 }
 
 // For when this node's DTD becomes another than that of the nodes above. Above a node that is not

@@ -37,6 +37,8 @@ public:
     void writeDataHolder(const DataHolder& text);
     void incTab() { mOut.incTab(); }
     void decTab() { mOut.decTab(); }
+    int level() const { return mOut.mTabs; }
+    void setLevel(int level) { mOut.mTabs = level; }
     int getPosition() const;
     void setPosition(int position);
 

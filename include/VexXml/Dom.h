@@ -5,6 +5,10 @@
 /// Ownership is strictly a tree: a document owns its root and its DTD, an element its children and
 /// attributes. `extract…` hands a node back to the caller, `clone` gives a copy that the caller
 /// owns. Everything else that is handed out is a pointer or reference into the tree.
+///
+/// Where memory runs out, `std::bad_alloc` comes out of what was called. What was to be handed over
+/// then stays the caller's, and everything can be used as before. Freeing and moving need no
+/// memory, but for moving attributes.
 
 #include <cstddef>
 #include <cstdint>
@@ -251,6 +255,8 @@ private:
     bool beginWrite(int position);
     void endWrite(int position);
     void forgetTouchedPaths();
+    static void forgetTouchedPathsBelow(Element& top);
+    static Element* nextTouchedPath(Element& element);
     void forgetBoundAbove();
     bool isWhollyBoundTo(const Dtd* dtd) const;
 
@@ -331,7 +337,7 @@ private:
     Attribute(const Detail::NodeName& name, const char* value, std::size_t size);
     const std::string& heldName() const;
     void setHeldName(const std::string& name);
-    void rename(const Detail::NodeName& name);
+    Detail::NodeName renamedTo(const Detail::NodeName& name) const;
     std::string text() const;
 
     mutable Detail::NodeName mName;  ///< with the text that `toString` gave
@@ -565,6 +571,7 @@ private:
     template <class Visit>
     void forEachAttribute(const Visit& visit) const;
     void holdAttribute(std::unique_ptr<Attribute> attribute);
+    void bindNewChild(Object* child);
     void noteChild(const Object& child);
     void insertAt(std::size_t place, Object* child);
     void dropUntrueMarks(Object* child);
