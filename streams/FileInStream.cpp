@@ -28,18 +28,25 @@ bool open(std::ifstream& file, const std::string& path) {
     return false;
 }
 
-// Whether positions reach the end of the source. One that cannot be measured, such as a pipe, is
-// taken to fit. The buffer is asked, not the stream, so that the stream's state stays as it is.
-bool isWithinReach(std::istream& stream) {
+bool isWithinReach(std::streambuf& buffer) {
     constexpr auto kIn = std::ios_base::in;
     const std::streampos kUnknown(std::streamoff{-1});
-    std::streambuf* buffer = stream.rdbuf();
-    if (buffer == nullptr) return true;
-    const std::streampos here = buffer->pubseekoff(0, std::ios_base::cur, kIn);
+    const std::streampos here = buffer.pubseekoff(0, std::ios_base::cur, kIn);
     if (here == kUnknown) return true;
-    const std::streampos end = buffer->pubseekoff(0, std::ios_base::end, kIn);
-    buffer->pubseekpos(here, kIn);
+    const std::streampos end = buffer.pubseekoff(0, std::ios_base::end, kIn);
+    buffer.pubseekpos(here, kIn);
     return end == kUnknown || fitsPositions(static_cast<std::uint64_t>(std::streamoff{end}));
+}
+
+// Whether positions reach the end of the source. One that cannot be measured, such as a pipe, is
+// taken to fit. The buffer is asked, not the stream, so that the stream's state stays as it is, and
+// what the buffer throws is kept from the caller as the stream would keep it.
+bool isWithinReach(std::istream& stream) {
+    try {
+        return stream.rdbuf() == nullptr || isWithinReach(*stream.rdbuf());
+    } catch (...) {
+        return true;
+    }
 }
 
 /// The memory that a standard buffer takes bytes from, which only derived classes may ask for.
@@ -49,10 +56,15 @@ struct GetArea : std::streambuf {
     }
 };
 
-// Moves back inside the stream's buffer; false, having moved anywhere, where that does not reach.
+// Moves back inside the stream's buffer; false, having moved anywhere, where that does not reach or
+// the buffer throws.
 bool stepsBack(std::streambuf& buffer, std::streamoff count) {
     using Traits = std::streambuf::traits_type;
-    while (count > 0 && !Traits::eq_int_type(buffer.sungetc(), Traits::eof())) --count;
+    try {
+        while (count > 0 && !Traits::eq_int_type(buffer.sungetc(), Traits::eof())) --count;
+    } catch (...) {
+        return false;
+    }
     return count == 0;
 }
 

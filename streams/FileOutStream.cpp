@@ -6,6 +6,16 @@
 #include "VexXml/Streams.h"
 
 namespace Xml {
+namespace {
+
+// For what a buffer throws when it is asked for its position or moved, which a standard stream lets
+// through, unlike what it throws when it is written to. An owner who asked for exceptions gets it.
+void keepFailure(std::ostream& stream) {
+    if (stream.exceptions() != std::ios_base::goodbit) throw;
+    stream.setstate(std::ios_base::badbit);
+}
+
+}  // namespace
 
 FileOutStream::FileOutStream(const std::string& path, std::ofstream* file)
     : mStream(file), mOpened(file != nullptr) {
@@ -52,11 +62,22 @@ void FileOutStream::putChar(char c) {
 }
 
 int FileOutStream::getPosition() const {
-    return mStream != nullptr ? static_cast<int>(mStream->tellp()) : -1;
+    if (mStream == nullptr) return -1;
+    try {
+        return static_cast<int>(mStream->tellp());
+    } catch (...) {
+        keepFailure(*mStream);
+        return -1;
+    }
 }
 
 void FileOutStream::setPosition(int position) {
-    if (mStream != nullptr) mStream->seekp(position);
+    if (mStream == nullptr) return;
+    try {
+        mStream->seekp(position);
+    } catch (...) {
+        keepFailure(*mStream);
+    }
 }
 
 // A class that a caller derived may write otherwise.

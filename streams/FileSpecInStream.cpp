@@ -59,13 +59,14 @@ FileSpecInStream& FileSpecInStream::operator=(FileSpecInStream&& other) noexcept
 
 FileSpecInStream::~FileSpecInStream() { close(); }
 
-// A file that was cut since its length was taken may stand still at its new end, which is the end
-// then: every reader must come to one.
+// A file that was cut since its length was taken may stand still at its new end, and one that
+// cannot be read may move to its own. That is the end then: every reader must come to one, and none
+// may read on behind a gap.
 bool FileSpecInStream::getChar(char& c) {
     if (eof()) return false;
     const std::uint64_t position = mFile->GetFilePosition();
     const unsigned char byte = mFile->ReadUInt8();
-    if (mFile->GetFilePosition() == position) {
+    if (mFile->GetFilePosition() != position + 1) {
         mLength = position;
         return false;
     }

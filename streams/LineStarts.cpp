@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "VexXml/Streams.h"
+#include "values/Room.h"
 
 namespace Xml {
 
@@ -12,9 +13,11 @@ std::vector<int>::const_iterator InStream::LineStarts::firstNotBelow(int positio
     return std::lower_bound(mHighs.begin(), mHighs.end(), position, isBelow);
 }
 
-// Text is mostly read onwards, and what is read again is mostly the last of it.
+// Text is mostly read onwards, and what is read again is mostly the last of it. Without memory for
+// a position it is in none of the lists.
 void InStream::LineStarts::add(int position) {
     const int place = static_cast<int>(mFound.size());
+    makeRoom(mFound);
     if (mHighs.empty() || mFound[static_cast<std::size_t>(mHighs.back())] < position) {
         mHighs.push_back(place);
         mFound.push_back(position);

@@ -302,6 +302,9 @@ private:
 };
 
 /// Writes a file of the platform's file layer. Without a file, bytes are dropped silently.
+///
+/// Whether writing succeeded is known to the file alone, in the end by closing it. So who needs to
+/// know opens the file and hands it over.
 class VEXXML_API FileSpecOutStream : public OutStream {
 public:
     /// Writes the open file from where it stands. The file must outlive the stream.
