@@ -295,10 +295,12 @@ void Slabs::release(Region* region) {
 /// The stocks of a thread, which ends by giving them back.
 class ThreadStocks {
 public:
-    /// Null when the thread has given them back.
-    static Stocks* ofThisThread() {
+    /// Null when the thread has given them back, and when there is no memory for them.
+    static Stocks* ofThisThread() noexcept {
         if (mStocks == nullptr && !mHasEnded) {
             static thread_local ThreadStocks stocks;
+            // A thread that only gives blocks back must not fail for want of memory.
+            if (!stocks.mOwned) stocks.mOwned.reset(new (std::nothrow) Stocks);
             mStocks = stocks.mOwned.get();
         }
         return mStocks;
@@ -307,6 +309,7 @@ public:
     ~ThreadStocks() {
         mStocks = nullptr;
         mHasEnded = true;
+        if (!mOwned) return;
         Slabs& slabs = Slabs::shared();
         const std::lock_guard<std::mutex> guard(slabs.lock());
         for (std::size_t i = 0; i < kClasses; ++i) {
@@ -319,7 +322,7 @@ public:
     }
 
 private:
-    ThreadStocks() : mOwned(std::make_unique<Stocks>()) {}
+    ThreadStocks() = default;
 
     static thread_local Stocks* mStocks;
     static thread_local bool mHasEnded;
