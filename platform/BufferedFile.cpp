@@ -68,6 +68,10 @@ unsigned char BufferedFile::read() {
     if (mPosition - mStart >= mAsked) fill();
     const std::uint64_t place = mPosition++ - mStart;
     if (place < mFilled) return mBuffer[place];
+    if (isOpen() && mMode == Mode::Read && mAsked == mFilled) {
+        // Not the end, but an error. What stands behind it must not be taken for what comes next.
+        mPosition = std::max(mPosition, length());
+    }
     fail(ENODATA);
     return 0;
 }

@@ -26,7 +26,8 @@ public:
     bool close();
     bool flush();
 
-    /// Gives 0 and fails where there is no byte; advances in any case.
+    /// Gives 0 and fails where there is no byte; advances in any case, to the end of the file where
+    /// the byte cannot be read.
     unsigned char read();
     bool write(unsigned char byte);
     bool seek(std::int64_t position);

@@ -41,9 +41,10 @@ public:
 
     /// Required.
     bool IsOpened() const;
-    /// Required. The next byte. When there is none, or it cannot be read: 0, an error in
-    /// `GetError()`, and the position advances all the same, so that a reader of a shrinking file
-    /// comes to an end.
+    /// Required. The next byte. When there is none: 0, an error in `GetError()`, and the position
+    /// advances all the same, so that a reader of a shrinking file comes to an end. The same when
+    /// it cannot be read, but then the position becomes the end of the file, so that nobody reads
+    /// on behind a gap.
     unsigned char ReadUInt8();
     /// Required. Writes one byte; false when it is known not to have been written.
     bool WriteUInt8(unsigned char byte);
