@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -257,12 +258,12 @@ const Case kWholeCases[] = {
      }},
 };
 
-class FailingMemory : public testing::TestWithParam<Case> {
+class FailingMemoryInEditing : public testing::TestWithParam<Case> {
 protected:
     faults::Quiet mQuiet;
 };
 
-TEST_P(FailingMemory, LeavesTheDocumentUsable) { expectRight(GetParam()); }
+TEST_P(FailingMemoryInEditing, LeavesTheDocumentUsable) { expectRight(GetParam()); }
 
 std::string nameOf(const testing::TestParamInfo<Case>& info) {
     std::string name;
@@ -270,8 +271,24 @@ std::string nameOf(const testing::TestParamInfo<Case>& info) {
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Attributes, FailingMemory, testing::ValuesIn(kAttributeCases), nameOf);
-INSTANTIATE_TEST_SUITE_P(Children, FailingMemory, testing::ValuesIn(kChildCases), nameOf);
-INSTANTIATE_TEST_SUITE_P(Documents, FailingMemory, testing::ValuesIn(kWholeCases), nameOf);
+INSTANTIATE_TEST_SUITE_P(Attributes, FailingMemoryInEditing, testing::ValuesIn(kAttributeCases),
+                         nameOf);
+INSTANTIATE_TEST_SUITE_P(Children, FailingMemoryInEditing, testing::ValuesIn(kChildCases), nameOf);
+INSTANTIATE_TEST_SUITE_P(Documents, FailingMemoryInEditing, testing::ValuesIn(kWholeCases), nameOf);
+
+// What the process keeps for good is not kept in part.
+TEST(FailingMemoryForANewName, LeavesTheNameUsable) {
+    for (long count = 0; count < 8; ++count) {
+        const std::string name = "new-name-" + std::to_string(count);
+        bool hasFailed = false;
+        try {
+            const faults::FailingMemory memory(count, faults::Failing::Once, hasFailed);
+            const Xml::Element element(name);
+        } catch (const std::bad_alloc&) {
+            EXPECT_TRUE(hasFailed);
+        }
+        EXPECT_EQ(Xml::Element(name).getName(), name);
+    }
+}
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -81,6 +82,19 @@ TEST(FailingReads, OfAnExternalSubsetAreNeverTakenForItsEnd) {
     const std::string dtd = folder.write("a.dtd", declarations);
     expectNoPartTakenForAll(folder.write("a.xml", "<!DOCTYPE e0 SYSTEM \"" + dtd + "\"><e0/>"),
                             fromFile);
+}
+
+TEST(ShrinkingFiles, AreNotTakenForWholeOnes) {
+    const support::TempFolder folder;
+    const std::string path = folder.write("a.xml", longDocument(200000));
+    std::ifstream file;
+    Xml::FileInStream fromFile(path, &file);
+    Xml::FileSpecInStream fromFileSpec((VexSys::FileSpec(path)));
+    std::filesystem::resize_file(path, 150000);
+    std::string error;
+    EXPECT_EQ(read(fromFile, error), nullptr);
+    EXPECT_NE(error.find("Unexpected end of stream"), std::string::npos) << error;
+    EXPECT_EQ(read(fromFileSpec, error), nullptr);
 }
 
 std::string contentOf(const std::string& path) {
