@@ -109,10 +109,10 @@ void Object::forgetTouchedPaths() {
     if (!is(PathTouched)) return;
     const bool isEffective = isPathTouched();
     mark(PathTouched, false);
-    if (Element* root = isDocument() ? toDocument()->getRoot() : nullptr) {
-        root->forgetTouchedPaths();
-    }
-    if (isEffective && isElement()) forgetTouchedPathsBelow(*toElement());
+    Element* top = isDocument() ? toDocument()->getRoot() : isElement() ? toElement() : nullptr;
+    if (!isEffective || top == nullptr || (top != this && !top->isPathTouched())) return;
+    top->mark(PathTouched, false);
+    forgetTouchedPathsBelow(*top);
 }
 
 // What is touched does not stand anywhere any more, so where its text ended is free to tell, in

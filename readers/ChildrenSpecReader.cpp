@@ -34,6 +34,7 @@ struct ChildrenSpecReader::Group {
             choice->addChoice(group.get());
         } else {
             first = std::move(group);
+            return;
         }
         group.release();
     }

@@ -73,12 +73,12 @@ const Case kCases[] = {
      }},
     {"copy",
      [](Xml::Dtd& dtd) {
-         const Xml::Dtd copy(dtd);
+         Xml::Dtd copy(dtd);
+         copy.touch();
          return std::string();
      }},
     {"assign",
      [](Xml::Dtd& dtd) {
-         const Xml::Dtd copy(dtd);
          dtd = *readDtd(kOthers);
          return std::string();
      }},

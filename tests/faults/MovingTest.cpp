@@ -151,9 +151,10 @@ TEST(Moving, OfQueriesNeedsNoMemory) {
 
 /// So many levels that freeing them on the call stack would not do.
 TEST(Freeing, OfADeepModelNeedsNoMemory) {
+    constexpr int kLevels = 50000;
     Xml::Dtd dtd("a");
     auto model = std::make_unique<Xml::ChildrenSpec>(&dtd, "a", Xml::RepOnce);
-    for (int level = 0; level < 50000; ++level) {
+    for (int level = 0; level < kLevels; ++level) {
         auto* sequence = new Xml::SeqSpec(&dtd);
         sequence->add("b", Xml::RepOnce);
         sequence->add(model.release());
@@ -162,7 +163,7 @@ TEST(Freeing, OfADeepModelNeedsNoMemory) {
     }
     const long before = faults::liveBlocks();
     expectNoMemoryNeeded([&] { model.reset(); });
-    EXPECT_LT(faults::liveBlocks(), before - 50000 * 4);
+    EXPECT_LT(faults::liveBlocks(), before - long{kLevels} * 4);
 }
 
 }  // namespace
