@@ -129,8 +129,13 @@ std::vector<Element*> Document::findAll(const std::string& name) {
 }
 
 bool Document::validate() {
+    bool hasRunOut = false;
+    return validate(hasRunOut);
+}
+
+bool Document::validate(bool& hasRunOut) {
     if (!mDocumentDtd) return true;
-    if (!mRoot || !mDocumentDtd->validate(mRoot.get())) return false;
+    if (!mRoot || !mDocumentDtd->validate(mRoot.get(), hasRunOut)) return false;
     setDtd(mDocumentDtd.get());
     return true;
 }

@@ -32,6 +32,9 @@ public:
 
     /// The element that content goes into. Not all of its children may be attached yet.
     Element& innermost() { return *mOpen.back().element; }
+    /// How many elements are open.
+    std::size_t depth() const { return mOpen.size(); }
+    bool hasDtd() const { return mDtd != nullptr; }
     bool isAtRoot() const { return mOpen.size() == 1; }
     /// The root has ended.
     bool isComplete() const { return mOpen.empty(); }

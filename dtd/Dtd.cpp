@@ -46,7 +46,9 @@ void mergeLists(Lists& present, Lists& added) {
 
 Dtd::Dtd(const std::string& name) : mName(name) {}
 
-Dtd::Dtd(const Dtd& other) : Object(other), mName(other.mName) { merge(other, true); }
+Dtd::Dtd(const Dtd& other) : Object(other), mName(other.mName), mStepLimit(other.mStepLimit) {
+    merge(other, true);
+}
 
 Dtd::Dtd(Dtd&& other) noexcept : Object(other) { takeFrom(other); }
 
@@ -65,6 +67,7 @@ Dtd& Dtd::operator=(const Dtd& other) {
     mAttListDecls = std::move(attListDecls);
     mEntities = std::move(entities);
     mName = std::move(name);
+    mStepLimit = other.mStepLimit;
     return *this;
 }
 
@@ -84,6 +87,7 @@ void Dtd::takeFrom(Dtd& other) {
     mAttListDecls = std::exchange(other.mAttListDecls, {});
     mName = std::exchange(other.mName, {});
     mEntities = std::exchange(other.mEntities, {});
+    mStepLimit = other.mStepLimit;
 
     mModelLinks.remove_if([](const auto& link) { return link.use_count() == 1; });
     for (const auto& link : other.mModelLinks) *link = this;
@@ -210,9 +214,21 @@ void Dtd::merge(const Dtd& other, bool overwrite) {
 }
 
 bool Dtd::validate(Element* element) const {
+    bool hasRunOut = false;
+    return validate(element, hasRunOut);
+}
+
+bool Dtd::validate(Element* element, bool& hasRunOut) const {
     if (QuickValidator(*this).accepts(*element)) return true;
     std::vector<Object*> root{element};
-    return Validator(root).matchesElement(*this);
+    Validator validator(root, mStepLimit);
+    const bool isValid = validator.matchesElement(*this);
+    hasRunOut = validator.hasRunOut();
+    return isValid;
 }
+
+void Dtd::setStepLimit(std::uint64_t steps) { mStepLimit = steps; }
+
+std::uint64_t Dtd::getStepLimit() const { return mStepLimit; }
 
 }  // namespace Xml

@@ -9,7 +9,7 @@
 
 namespace Xml {
 
-Validator::Validator(const std::vector<Object*>& children) {
+Validator::Validator(const std::vector<Object*>& children, std::uint64_t limit) : mLimit(limit) {
     open(Children(children.data(), children.size()));
 }
 
@@ -37,6 +37,7 @@ bool Validator::matchesElement(const Dtd& dtd) {
 // Invariant: the frame on top waits for nothing but `mVerdict`. Every step of a run passes here.
 bool Validator::run() {
     while (!mFrames.empty()) {
+        if (++mSteps > mLimit) return false;
         std::visit([this](auto& frame) { resume(frame); }, mFrames.back());
     }
     return mVerdict;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <queue>
 #include <variant>
@@ -18,13 +19,16 @@ namespace Xml {
 /// frame above it, so that neither trees nor models need call stack for their depth.
 class Validator {
 public:
-    explicit Validator(const std::vector<Object*>& children);
+    /// A run that takes more than `limit` steps ends, with the verdict false.
+    explicit Validator(const std::vector<Object*>& children, std::uint64_t limit = kNoLimit);
 
     /// Whether all the children fit the model.
     bool matches(const MixedSpec& model);
     bool matches(const ChildrenSpec& model);
     /// Whether the first child, which must be an element, keeps to what `dtd` declares.
     bool matchesElement(const Dtd& dtd);
+
+    bool hasRunOut() const { return mSteps > mLimit; }
 
     /// Matches from the front of the queue and takes from it what was matched, by a failure too.
     /// The particle is taken for the class named, even if a caller derived another from it.
@@ -38,6 +42,8 @@ public:
     }
 
 private:
+    static constexpr std::uint64_t kNoLimit = static_cast<std::uint64_t>(-1);
+
     /// An element whose content is being matched. What is left to decide then is whether everything
     /// was taken, if the model is one of element-only content, and the attributes.
     struct ElementFrame {
@@ -125,6 +131,8 @@ private:
     /// last. A child can only be asked for again while its content is open.
     std::vector<Verdict> mVerdicts;
     bool mVerdict = false;  ///< on what was finished last
+    std::uint64_t mLimit = kNoLimit;
+    std::uint64_t mSteps = 0;
 };
 
 }  // namespace Xml

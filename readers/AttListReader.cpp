@@ -16,7 +16,9 @@ bool AttListReader::parse(InStream& in) {
         std::string token;
         if (!getToken(in, token)) return false;
         if (token == ">") return true;
-        if (!isName(token) || !readDefinition(in, element, token)) return false;
+        if (!isName(token) || !isWithin(&ReadLimits::nameLength, token.size(), in) ||
+            !readDefinition(in, element, token))
+            return false;
     }
 }
 
@@ -41,6 +43,8 @@ bool AttListReader::readDefinition(InStream& in, const std::string& element,
             return false;
         }
         value = unquoted(token);
+        const auto size = static_cast<std::uint64_t>(value.getSize());
+        if (!isWithin(&ReadLimits::valueLength, size, in)) return false;
     }
     auto definition = std::make_unique<AttStringType>(type, value);
     if (mDtd->addAttDecl(element, attribute, definition.get())) definition.release();

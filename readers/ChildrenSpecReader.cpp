@@ -3,6 +3,7 @@
 
 #include "VexXml/Readers.h"
 #include "readers/CopyOf.h"
+#include "readers/ReadBudget.h"
 #include "readers/Repetition.h"
 
 namespace Xml {
@@ -96,8 +97,9 @@ ChildrenSpec* ChildrenSpecReader::extractChildrenSpec() { return mChildrenSpec.r
 // Invariant: the groups of `open` have their "(" read and their ")" not, outermost first.
 bool ChildrenSpecReader::parse(InStream& in) {
     mChildrenSpec.reset();
-    if (!checkToken(in, "(")) return false;
+    if (!checkToken(in, "(") || !isWithin(&ReadLimits::groupDepth, 1, in)) return false;
     ChildrenSpecReader inner(mDtd);
+    const ReadBudget::Share share(mBudget, inner.mBudget);
     std::vector<Group> open(1);
     Next next = Next::Particle;
     while (next != Next::Failed) {
@@ -108,7 +110,8 @@ bool ChildrenSpecReader::parse(InStream& in) {
             next = reader.readSeparator(in, open.back());
         } else if (next == Next::Group) {
             open.emplace_back();
-            next = Next::Particle;
+            const bool isAllowed = inner.isWithin(&ReadLimits::groupDepth, open.size(), in);
+            next = isAllowed ? Next::Particle : Next::Failed;
         } else {
             auto group = reader.endGroup(in, open.back());
             open.pop_back();
@@ -129,6 +132,7 @@ ChildrenSpecReader::Next ChildrenSpecReader::readParticle(InStream& in, Group& g
     if (!getToken(in, token)) return Next::Failed;
     if (token == "(") return Next::Group;
     if (isName(token)) {
+        if (!isWithin(&ReadLimits::nameLength, token.size(), in)) return Next::Failed;
         group.add(mDtd, token, getRep(in));
     } else if (token == "#PCDATA" && group.choice) {
         group.choice->addCharDataAsChoice(true);

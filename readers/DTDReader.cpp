@@ -1,7 +1,9 @@
+#include <algorithm>
 #include <utility>
 
 #include "VexXml/Readers.h"
 #include "readers/CopyOf.h"
+#include "readers/LimitedRead.h"
 
 namespace Xml {
 
@@ -26,15 +28,24 @@ Dtd* DTDReader::getDtd() { return mDtd.get(); }
 
 Dtd* DTDReader::extractDtd() { return mDtd.release(); }
 
-// The keyword of a declaration is looked at here and read by the reader for that declaration.
 bool DTDReader::parse(InStream& in) {
+    LimitedRead read(*this, in);
     if (!mDtd) mDtd = std::make_unique<Dtd>("");
+    if (limits() != nullptr) mDtd->setStepLimit(limits()->validationSteps);
+    return read.end(readDeclarations(in));
+}
+
+// The keyword of a declaration is looked at here and read by the reader for that declaration.
+bool DTDReader::readDeclarations(InStream& in) {
     for (;;) {
         const int start = in.getPosition();
         std::string token;
         if (!getToken(in, token)) return false;
         if (mInternal && token == "]") return true;
+        if (!takesFrom(&ReadLimits::declarations, 1, in)) return false;
         if (!readDeclaration(in, token, start)) return false;
+        const auto size = static_cast<std::uint64_t>(std::max(in.getPosition() - start, 0));
+        if (!takesFrom(&ReadLimits::declarationBytes, size, in)) return false;
         in.eatWhite();
         if (!in.eof()) continue;
         if (mInternal) message(in, "Unexpected end of stream");

@@ -1,5 +1,6 @@
 #include "VexXml/Readers.h"
 #include "readers/CopyOf.h"
+#include "readers/LimitedRead.h"
 
 namespace Xml {
 
@@ -24,9 +25,10 @@ Document* DocumentReader::extractDocument() { return mDocument.release(); }
 
 // document ::= prolog element Misc*
 bool DocumentReader::parse(InStream& in) {
+    LimitedRead read(*this, in);
     mDocument.reset();
     mDtd.reset();
-    return parseProlog(in) && parseElement(in) && parseMisc(in);
+    return read.end(parseProlog(in) && parseElement(in) && parseMisc(in));
 }
 
 // prolog ::= XMLDecl? Misc* (doctypedecl Misc*)?
@@ -74,7 +76,9 @@ bool DocumentReader::parseElement(InStream& in) {
     mDocument = std::make_unique<Document>(root.get(), mDtd.get());
     root.release();
     mDtd.release();
-    if (mDocument->validate()) return true;
+    bool hasRunOut = false;
+    if (mDocument->validate(hasRunOut)) return true;
+    if (hasRunOut) return isWithin(&ReadLimits::validationSteps, ReadLimits::kNone, in);
     message(in, "Doc could not be validated");
     return false;
 }

@@ -5,8 +5,10 @@
 #include "readers/CopyOf.h"
 #include "readers/ElementContent.h"
 #include "readers/ElementScanner.h"
+#include "readers/LimitedRead.h"
 #include "readers/Quotes.h"
 #include "streams/TextWindow.h"
+#include "values/References.h"
 
 namespace Xml {
 
@@ -34,13 +36,22 @@ Element* ElementReader::extractRoot() { return mElement.release(); }
 // All elements inside are read by one more reader, in turn: documents may nest deeper than the call
 // stack. This reader reports mistakes in its own element, that one those further inside.
 bool ElementReader::parse(InStream& in) {
+    LimitedRead read(*this, in);
     mElement.reset();
     const ElementContent tag = readStartTag(in);
-    if (tag != ElementContent::StartTag) return tag != ElementContent::Failed;
+    if (tag == ElementContent::Failed || !isWithin(&ReadLimits::elementDepth, 1, in)) {
+        return read.end(false);
+    }
+    return read.end(tag != ElementContent::StartTag || readAllContent(in));
+}
+
+// content ETag
+bool ElementReader::readAllContent(InStream& in) {
     ElementReader inner(mDtd);
+    const ReadBudget::Share share(mBudget, inner.mBudget);
     TextWindow window(in);
     TreeBuilder tree(*mElement, mDtd);
-    ElementScanner scanner(window, tree);
+    ElementScanner scanner(window, tree, mBudget);
     for (scanner.read(); !tree.isComplete(); scanner.read()) {
         if (window.grow()) continue;
         window.handOver();
@@ -60,6 +71,9 @@ bool ElementReader::parse(InStream& in) {
 bool ElementReader::readNext(InStream& in, TreeBuilder& tree, ElementReader& inner) {
     tree.settle();
     const ElementContent content = readContent(in, tree.innermost(), inner);
+    const bool isChild =
+        content == ElementContent::StartTag || content == ElementContent::EmptyElementTag;
+    if (isChild && !isWithin(&ReadLimits::elementDepth, tree.depth() + 1, in)) return false;
     if (content == ElementContent::StartTag) tree.beginElement(std::move(inner.mElement));
     if (content == ElementContent::EmptyElementTag) tree.addElement(std::move(inner.mElement));
     if (content == ElementContent::EndTag) tree.endElement();
@@ -72,7 +86,9 @@ ElementContent ElementReader::readStartTag(InStream& in) {
     std::string token;
     if (!checkToken(in, "<") || !getName(in, name)) return ElementContent::Failed;
     mElement = std::make_unique<Element>(name);
-    if (!readAttributes(in, token)) return ElementContent::Failed;
+    if (!takesFrom(&ReadLimits::nodes, 1, in) || !readAttributes(in, token)) {
+        return ElementContent::Failed;
+    }
     if (token == "/>") return ElementContent::EmptyElementTag;
     return token == ">" ? ElementContent::StartTag : ElementContent::Failed;
 }
@@ -80,13 +96,28 @@ ElementContent ElementReader::readStartTag(InStream& in) {
 // Attribute ::= Name '=' AttValue, as many as there are. `token` is what follows them.
 bool ElementReader::readAttributes(InStream& in, std::string& token) {
     if (!getToken(in, token)) return false;
-    while (isName(token)) {
-        std::string quoted;
-        if (!checkToken(in, "=") || !getString(in, quoted)) return false;
-        DataHolder value(unquoted(quoted));
-        mElement->setAttribute(token, replaceEntities(value, mDtd));
-        if (!getToken(in, token)) return false;
+    for (std::uint64_t count = 1; isName(token); ++count) {
+        if (!isWithin(&ReadLimits::attributesPerElement, count, in) || !readAttribute(in, token) ||
+            !getToken(in, token)) {
+            return false;
+        }
     }
+    return true;
+}
+
+bool ElementReader::readAttribute(InStream& in, const std::string& name) {
+    std::string quoted;
+    if (!isWithin(&ReadLimits::nameLength, name.size(), in) ||
+        !takesFrom(&ReadLimits::nodes, 1, in) || !checkToken(in, "=") || !getString(in, quoted)) {
+        return false;
+    }
+    DataHolder value(unquoted(quoted));
+    const std::uint64_t limit = limits() != nullptr ? limits()->valueLength : ReadLimits::kNone;
+    if (limit != ReadLimits::kNone &&
+        !isWithin(&ReadLimits::valueLength, replacedSize(value, mDtd, limit), in)) {
+        return false;
+    }
+    mElement->setAttribute(name, replaceEntities(value, mDtd));
     return true;
 }
 
@@ -150,16 +181,22 @@ bool ElementReader::readCDataSection(InStream& in, Element& element) {
         text += c;
     }
     text.resize(text.size() - end.size());
+    if (!mayAddText(in, text.size())) return false;
     auto section = std::make_unique<CharData>(DataHolder(text));
     element.addChild(section.get());
     section.release();
     return true;
 }
 
+bool ElementReader::mayAddText(InStream& in, std::uint64_t size) {
+    return isWithin(&ReadLimits::textLength, size, in) && takesFrom(&ReadLimits::nodes, 1, in);
+}
+
 // The text is kept as it stands, with its references.
 bool ElementReader::readCharData(InStream& in, Element& element) {
     auto text = std::make_unique<CharData>();
     if (!getCharData(in, text->data())) return false;
+    if (!mayAddText(in, static_cast<std::uint64_t>(text->data().getSize()))) return false;
     element.addChild(text.get());
     text.release();
     return true;

@@ -37,6 +37,7 @@ bool ElementScanner::readCharData(std::size_t first) {
     const std::size_t end = mWindow.find('<', first);
     const std::size_t tokenEnd = lookAhead(first);
     if (end == mWindow.size() || tokenEnd == mWindow.size()) return false;
+    if (mBudget != nullptr && !mayAddText(end - begin)) return false;
     if (tokenEnd > end || mWindow[tokenEnd] == '\r') mWindow.passOver(begin, tokenEnd + 1);
     mWindow.passOver(begin, end + 1);
     mTree.addCharData(mWindow.at(begin), end - begin);
@@ -95,6 +96,7 @@ bool ElementScanner::readStartTag(std::size_t open) {
     endToken(end);
     std::size_t at = end;
     if (!readAttributes(at)) return false;
+    if (mBudget != nullptr && !mayAddElement(end - begin)) return false;
     const bool isEmpty = mWindow[at] == '/';
     const std::size_t tagEnd = at + (isEmpty ? 2 : 1);
     mWindow.passOver(mTokens, tagEnd);
@@ -138,6 +140,37 @@ bool ElementScanner::readAttribute(std::size_t name, std::size_t& at) {
     return true;
 }
 
+// Whether a node may be added by what is left of the budget, which is then taken.
+bool ElementScanner::mayAddText(std::size_t size) {
+    if (!mBudget->isWithin(&ReadLimits::textLength, size) ||
+        !mBudget->canTake(&ReadLimits::nodes, 1)) {
+        return false;
+    }
+    mBudget->take(&ReadLimits::nodes, 1);
+    return true;
+}
+
+bool ElementScanner::mayAddElement(std::size_t nameSize) {
+    const std::size_t nodes = 1 + mAttributes.size();
+    if (!mBudget->isWithin(&ReadLimits::nameLength, nameSize) ||
+        !mBudget->isWithin(&ReadLimits::attributesPerElement, mAttributes.size()) ||
+        !mBudget->isWithin(&ReadLimits::elementDepth, mTree.depth() + 1) ||
+        !mBudget->canTake(&ReadLimits::nodes, nodes) ||
+        !std::all_of(mAttributes.begin(), mAttributes.end(),
+                     [this](const auto& attribute) { return mayAddAttribute(attribute); })) {
+        return false;
+    }
+    mBudget->take(&ReadLimits::nodes, nodes);
+    return true;
+}
+
+// What references come to may be longer than they are, so it is left to be found out with care.
+bool ElementScanner::mayAddAttribute(const TreeBuilder::AttributeText& attribute) const {
+    const bool mayGrow = attribute.hasReference && mTree.hasDtd();
+    return !mayGrow && mBudget->isWithin(&ReadLimits::nameLength, attribute.nameSize) &&
+           mBudget->isWithin(&ReadLimits::valueLength, attribute.valueSize);
+}
+
 // Most values are so short that a search takes longer to begin than a loop to end.
 std::size_t ElementScanner::findQuote(char quote, std::size_t begin, bool& hasReference) {
     constexpr std::size_t kShort = 16;
@@ -174,6 +207,7 @@ bool ElementScanner::readCDataSection(std::size_t open) {
     const std::size_t begin = open + kOpener.size();
     const std::size_t end = mWindow.find("]]>", begin);
     if (end == mWindow.size()) return false;
+    if (mBudget != nullptr && !mayAddText(end - begin)) return false;
     mWindow.passOver(mWindow.position(), end + 3);
     mWindow.leaveErrorText("not a name: [");
     mTree.addPlainText(mWindow.at(begin), end - begin);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "dom/TreeBuilder.h"
+#include "readers/ReadBudget.h"
 #include "streams/TextWindow.h"
 
 namespace Xml {
@@ -15,7 +16,9 @@ namespace Xml {
 /// operations would. Everything else, all mistakes among it, it leaves to them.
 class ElementScanner {
 public:
-    ElementScanner(TextWindow& window, TreeBuilder& tree) : mWindow(window), mTree(tree) {}
+    /// `budget` may be null. What would go beyond it is left to the stream's operations too.
+    ElementScanner(TextWindow& window, TreeBuilder& tree, ReadBudget* budget)
+        : mWindow(window), mTree(tree), mBudget(budget) {}
 
     /// Reads into the tree for as long as it knows what comes next and the tree is not complete.
     void read();
@@ -36,6 +39,9 @@ private:
     bool readAttributes(std::size_t& at);
     bool readAttribute(std::size_t name, std::size_t& at);
     std::size_t findQuote(char quote, std::size_t begin, bool& hasReference);
+    bool mayAddText(std::size_t size);
+    bool mayAddElement(std::size_t nameSize);
+    bool mayAddAttribute(const TreeBuilder::AttributeText& attribute) const;
     bool readComment(std::size_t open);
     bool readCDataSection(std::size_t open);
     bool readInstruction(std::size_t open);
@@ -47,6 +53,7 @@ private:
 
     TextWindow& mWindow;
     TreeBuilder& mTree;
+    ReadBudget* mBudget;
     std::vector<TreeBuilder::AttributeText> mAttributes;  ///< of the start tag that is being read
     std::size_t mTokens = 0;  ///< where the tokens of the tag begin that are not passed over yet
 };

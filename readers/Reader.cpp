@@ -1,15 +1,59 @@
+#include <cstdint>
+#include <iterator>
 #include <string>
+#include <utility>
 
 #include "VexXml/Readers.h"
 #include "readers/ClassName.h"
+#include "readers/ReadBudget.h"
 
 namespace Xml {
 
+namespace {
+
+struct LimitName {
+    std::uint64_t ReadLimits::*limit;
+    const char* name;
+};
+
+constexpr LimitName kLimitNames[] = {
+    {&ReadLimits::totalBytes, "totalBytes"},
+    {&ReadLimits::elementDepth, "elementDepth"},
+    {&ReadLimits::nodes, "nodes"},
+    {&ReadLimits::attributesPerElement, "attributesPerElement"},
+    {&ReadLimits::nameLength, "nameLength"},
+    {&ReadLimits::valueLength, "valueLength"},
+    {&ReadLimits::textLength, "textLength"},
+    {&ReadLimits::declarations, "declarations"},
+    {&ReadLimits::declarationBytes, "declarationBytes"},
+    {&ReadLimits::groupDepth, "groupDepth"},
+    {&ReadLimits::validationSteps, "validationSteps"},
+};
+
+std::string nameOf(std::uint64_t ReadLimits::*limit) {
+    const LimitName* found = std::begin(kLimitNames);
+    while (found->limit != limit) ++found;
+    return found->name;
+}
+
+}  // namespace
+
+// A limited read ends with the reader that began it, so it is neither copied nor moved.
+
 Reader::Reader() = default;
-Reader::Reader(const Reader&) = default;
-Reader::Reader(Reader&&) noexcept = default;
-Reader& Reader::operator=(const Reader&) = default;
-Reader& Reader::operator=(Reader&&) noexcept = default;
+Reader::Reader(const Reader& other) : mMessage(other.mMessage), mLimits(other.mLimits) {}
+Reader::Reader(Reader&& other) noexcept
+    : mMessage(std::move(other.mMessage)), mLimits(std::move(other.mLimits)) {}
+Reader& Reader::operator=(const Reader& other) {
+    mMessage = other.mMessage;
+    mLimits = other.mLimits;
+    return *this;
+}
+Reader& Reader::operator=(Reader&& other) noexcept {
+    mMessage = std::move(other.mMessage);
+    mLimits = std::move(other.mLimits);
+    return *this;
+}
 Reader::~Reader() = default;
 
 void Reader::message(InStream& in, const std::string& text) {
@@ -22,7 +66,28 @@ const std::string& Reader::getErrorMessage() const { return mMessage; }
 
 void Reader::setMessage(const std::string& text) { mMessage = text; }
 
+void Reader::setLimits(const ReadLimits& limits) {
+    mLimits = std::make_shared<const ReadLimits>(limits);
+}
+
+const ReadLimits* Reader::limits() const {
+    return mBudget != nullptr ? &mBudget->limits() : nullptr;
+}
+
+bool Reader::isWithin(std::uint64_t ReadLimits::*limit, std::uint64_t amount, InStream& in) {
+    if (mBudget == nullptr || mBudget->isWithin(limit, amount)) return true;
+    message(in,
+            "limit exceeded: " + nameOf(limit) + " = " + std::to_string(mBudget->limits().*limit));
+    return false;
+}
+
+bool Reader::takesFrom(std::uint64_t ReadLimits::*limit, std::uint64_t amount, InStream& in) {
+    if (mBudget != nullptr) mBudget->take(limit, amount);
+    return isWithin(limit, mBudget != nullptr ? mBudget->taken(limit) : 0, in);
+}
+
 bool Reader::parseWith(Reader& reader, InStream& in) {
+    const ReadBudget::Share share(mBudget, reader.mBudget);
     if (reader.parse(in)) return true;
     setMessage(reader.getErrorMessage());
     return false;
@@ -35,13 +100,13 @@ bool Reader::checkToken(InStream& in, const std::string& expected) {
 }
 
 bool Reader::getName(InStream& in, std::string& name) {
-    if (in.getName(name)) return true;
+    if (in.getName(name)) return isWithin(&ReadLimits::nameLength, name.size(), in);
     message(in, in.getErrorMessage());
     return false;
 }
 
 bool Reader::getString(InStream& in, std::string& quoted) {
-    if (in.getString(quoted)) return true;
+    if (in.getString(quoted)) return isWithin(&ReadLimits::valueLength, quoted.size() - 2, in);
     message(in, in.getErrorMessage());
     return false;
 }

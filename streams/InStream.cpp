@@ -33,7 +33,7 @@ InStream& InStream::operator=(InStream&& other) noexcept {
 // Only a line end behind a carriage return starts a counted line. Deliberate: it makes lines and
 // columns of CR LF text come out as callers compare them.
 bool InStream::get(char& c) {
-    if (!getChar(c)) {
+    if (!(mEnd < 0 ? getChar(c) : getCharInFrontOfEnd(c))) {
         mErrorMessage = kEndOfStream;
         return false;
     }
@@ -41,6 +41,19 @@ bool InStream::get(char& c) {
     if (endsLine && mAfterCR) noteLineStart(getPosition());
     mAfterCR = c == '\r';
     return true;
+}
+
+// A stream that ends there by itself is left to do so in its own way. Only a byte tells, as some
+// know that they are at their end when they have tried to go on.
+bool InStream::getCharInFrontOfEnd(char& c) {
+    const bool isInFront = getPosition() < mEnd;
+    const char former = c;
+    if (!getChar(c)) return false;
+    if (isInFront || getPosition() <= mEnd) return true;
+    c = former;
+    setPosition(mEnd);
+    mHasMetEnd = true;
+    return false;
 }
 
 void InStream::putBackChar() {

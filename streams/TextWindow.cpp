@@ -17,8 +17,11 @@ bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
 
 }  // namespace
 
+// A text that goes on behind the end that was put to its stream is read ahead like any other, as a
+// NUL has to stand there.
 TextWindow::TextWindow(InStream& in) : mIn(in) {
-    if (const DataHolder* text = in.textInMemory()) {
+    const DataHolder* text = in.textInMemory();
+    if (text != nullptr && (in.mEnd < 0 || text->getSize() <= in.mEnd)) {
         mIsComplete = true;
         mIsInMemory = true;
         show({text->toCString(), static_cast<std::size_t>(text->getSize())});
@@ -76,11 +79,27 @@ bool TextWindow::grow() {
     const std::size_t kept = mBuffer.size();
     const std::size_t wanted = std::max(mChunk, kept);
     mChunk = std::min(2 * mChunk, kLargestChunk);
-    const bool isMoved = mIn.readAhead(mBase + kept, wanted, mBuffer);
+    const bool isMoved = readAhead(wanted);
     mIsOpen = mIsOpen || isMoved;
     mIsComplete = mBuffer.size() < kept + wanted;
     show(mBuffer);
     return mSize > kept;
+}
+
+// Up to so many bytes; true when the stream has to be set to its position.
+bool TextWindow::readAhead(std::size_t count) {
+    const std::size_t begin = mBase + mBuffer.size();
+    if (mIn.mEnd >= 0) {
+        const auto end = static_cast<std::size_t>(mIn.mEnd);
+        count = std::min(count, end - std::min(begin, end));
+    }
+    const DataHolder* text = mIn.textInMemory();
+    if (text == nullptr) return mIn.readAhead(begin, count, mBuffer);
+    mIn.lineStarts();  // those to come are not noted in the same way
+    const std::size_t size = static_cast<std::size_t>(text->getSize());
+    const std::size_t first = std::min(begin, size);
+    mBuffer.append(text->toCString() + first, std::min(count, size - first));
+    return true;
 }
 
 void TextWindow::handOver() {

@@ -83,6 +83,7 @@ private:
         std::size_t place = 0;
     };
 
+    bool readAhead(std::size_t count);
     void show(std::string_view text);
     void close(int position);
     void startWalk();

@@ -137,24 +137,37 @@ void append(DataHolder& text, std::string_view bytes) {
 
 std::string reference(const std::string& name) { return '&' + name + ';'; }
 
-// A NUL stands behind the text, and a ";" behind every name but one that goes on to the end.
+// Calls `takeText` with each stretch of text without references and `takeName` with the name in
+// each reference, in turn, until the latter answers false. A ";" stands behind every name but one
+// that goes on to the end.
+template <class TakeText, class TakeName>
+void visitReferences(std::string_view source, const TakeText& takeText, const TakeName& takeName) {
+    std::size_t at = 0;
+    for (;;) {
+        const std::size_t next = std::min(source.find('&', at), source.size());
+        takeText(source.substr(at, next - at));
+        if (next == source.size()) return;
+        const std::size_t end = std::min(source.find(';', next), source.size());
+        if (!takeName(source.substr(next + 1, end - next - 1))) return;
+        at = std::min(end + 1, source.size());
+    }
+}
+
+// Needs: a NUL stands behind the text. Whether all references are to characters.
 bool appendReplaced(DataHolder& result, std::string_view source, const Dtd* dtd) {
     bool areCharacters = true;
-    std::size_t copied = 0;  // invariant: `result` stands for all of `source` in front of here
-    for (;;) {
-        const std::size_t next = std::min(source.find('&', copied), source.size());
-        append(result, source.substr(copied, next - copied));
-        if (next == source.size()) return areCharacters;
-        const std::size_t end = std::min(source.find(';', next), source.size());
-        const std::string_view name = source.substr(next + 1, end - next - 1);
-        if (const char character = characterValue(name)) {
-            result.push(character);
-        } else {
-            append(result, viewOf(getEntityValue(std::string(name), dtd)));
-            areCharacters = false;
-        }
-        copied = std::min(end + 1, source.size());
-    }
+    visitReferences(
+        source, [&](std::string_view text) { append(result, text); },
+        [&](std::string_view name) {
+            if (const char character = characterValue(name)) {
+                result.push(character);
+            } else {
+                append(result, viewOf(getEntityValue(std::string(name), dtd)));
+                areCharacters = false;
+            }
+            return true;
+        });
+    return areCharacters;
 }
 
 }  // namespace
@@ -163,6 +176,18 @@ std::string_view stdReference(char character) {
     const StdEntity* entity = std::begin(kStdEntities);
     while (entity->character != character) ++entity;
     return entity->reference;
+}
+
+std::size_t replacedSize(const DataHolder& text, const Dtd* dtd, std::size_t limit) {
+    std::size_t size = 0;
+    visitReferences(
+        viewOf(text), [&](std::string_view piece) { size += piece.size(); },
+        [&](std::string_view name) {
+            const bool isCharacter = characterValue(name) != '\0';
+            size += isCharacter ? 1 : viewOf(getEntityValue(std::string(name), dtd)).size();
+            return size <= limit;
+        });
+    return size;
 }
 
 DataHolder& replaceEntities(DataHolder& text, const Dtd* dtd) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 #include "VexXml/Values.h"
@@ -9,6 +10,9 @@ namespace Xml {
 
 /// The reference that stands for a special character, such as "&lt;". Needs: one of & < > " '.
 std::string_view stdReference(char character);
+
+/// How long the text is with its references replaced; some size above `limit` if it is longer.
+std::size_t replacedSize(const DataHolder& text, const Dtd* dtd, std::size_t limit);
 
 /// A text with its references replaced as by `replaceEntities`.
 class ReplacedText {

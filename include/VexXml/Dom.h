@@ -629,6 +629,9 @@ protected:
     void write(OutStream& out) const override;
 
 private:
+    friend class DocumentReader;
+
+    bool validate(bool& hasRunOut);
     void linkContent();
 
     std::unique_ptr<Dtd> mDocumentDtd;

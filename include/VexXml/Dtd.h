@@ -2,6 +2,7 @@
 
 /// Document type definitions: what elements may hold, which attributes they have, and entities.
 
+#include <cstdint>
 #include <list>
 #include <map>
 #include <memory>
@@ -353,17 +354,24 @@ public:
     /// bound is an element without an attribute list, unless it stands in mixed content or below
     /// one that is.
     bool validate(Element* element) const;
+    /// After so many steps of matching, `validate` answers false: time depends on the models as
+    /// much as on the elements, and with a model that repeats what may be nothing it has no end. A
+    /// model that is matched from left to right takes none. Without a limit at first.
+    void setStepLimit(std::uint64_t steps);
+    std::uint64_t getStepLimit() const;
 
 protected:
     void write(OutStream& out) const override;
 
 private:
+    friend class Document;
     friend class ElementRules;
     friend class ModelAccess;
     friend class Validator;
 
     using AttList = std::map<std::string, std::shared_ptr<AttDef>>;
 
+    bool validate(Element* element, bool& hasRunOut) const;
     bool storeModel(const std::string& name, std::unique_ptr<ContentSpec>& model);
     bool storeDefinition(const std::string& element, const std::string& attribute,
                          std::unique_ptr<AttDef>& def);
@@ -382,6 +390,7 @@ private:
     /// By which models find this `Dtd`: none before the first model, several after assignments that
     /// brought the models of another one.
     std::list<std::shared_ptr<Dtd*>> mModelLinks;
+    std::uint64_t mStepLimit = static_cast<std::uint64_t>(-1);
 };
 
 }  // namespace Xml

@@ -6,6 +6,7 @@
 /// stopped. Then the result is there, or an error text. The result belongs to the reader until it
 /// is extracted; then it is the caller's.
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,10 +19,45 @@
 
 namespace Xml {
 
+class LimitedRead;
+class ReadBudget;
 class TreeBuilder;
 enum class ElementContent : int;
 
-/// What all readers share: the error text.
+/// What a reader accepts of a document, for input that nobody vouches for. At first everything.
+///
+/// An amount may be as large as its limit. Whatever goes beyond fails the parse with an error text
+/// such as "limit exceeded: elementDepth = 1000", and the place in front of it.
+struct ReadLimits {
+    static constexpr std::uint64_t kNone = static_cast<std::uint64_t>(-1);
+
+    /// Limits that nearly all documents keep to, and under which no input takes much more than a
+    /// gigabyte of memory or, on a usual machine, a minute. The values stand behind the limits
+    /// below; no file is opened.
+    VEXXML_API static ReadLimits untrusted();
+
+    /// Bytes from where the reader begins; the file of a "SYSTEM" identifier is counted for itself.
+    std::uint64_t totalBytes = kNone;            ///< 256 Mi
+    std::uint64_t elementDepth = kNone;          ///< 1000; the root element has depth 1
+    std::uint64_t nodes = kNone;                 ///< 10 million, all elements, attributes and texts
+    std::uint64_t attributesPerElement = kNone;  ///< 1000
+    std::uint64_t nameLength = kNone;            ///< 1000 bytes
+    /// Bytes of an attribute, also with its entities replaced, or of a string in a declaration.
+    std::uint64_t valueLength = kNone;       ///< 10 Mi
+    std::uint64_t textLength = kNone;        ///< 100 Mi, of the character data between two tags
+    std::uint64_t declarations = kNone;      ///< 10000, comments between them included
+    std::uint64_t declarationBytes = kNone;  ///< 4 Mi, in all of them
+    std::uint64_t groupDepth = kNone;        ///< 100, of parentheses in a content model
+    /// Steps of a validation, as `Dtd::setStepLimit` counts them. The DTD that is read keeps the
+    /// limit for later validations.
+    std::uint64_t validationSteps = kNone;  ///< 50 million
+    /// Whether "SYSTEM" may open a file, and the folder that it must be in, at any depth and with
+    /// all links followed; empty for any.
+    bool mayOpenFiles = true;
+    std::string folder;
+};
+
+/// What all readers share: the error text, and limits.
 class VEXXML_API Reader {
 protected:
     /// Sets the error text to "(line = L, column = C) TEXT <CLASS>", with the stream's line and
@@ -35,6 +71,10 @@ public:
     virtual bool parse(InStream& in) = 0;
 
     const std::string& getErrorMessage() const;
+
+    /// Limits what is read from now on, by `DocumentReader`, `ElementReader`, `DoctypeReader`,
+    /// `DTDReader` and what these read with; the other readers have none of their own.
+    void setLimits(const ReadLimits& limits);
 
 protected:
     Reader();
@@ -56,8 +96,22 @@ protected:
     bool getCharData(InStream& in, DataHolder& text);
     bool skip(InStream& in, const std::string& until);
 
+    /// Those of the read that is going on; null without.
+    const ReadLimits* limits() const;
+    /// Whether the amount is within the limit, `&ReadLimits::nameLength` say. If not, the error
+    /// text tells so.
+    bool isWithin(std::uint64_t ReadLimits::*limit, std::uint64_t amount, InStream& in);
+    /// The same for all amounts so far together.
+    bool takesFrom(std::uint64_t ReadLimits::*limit, std::uint64_t amount, InStream& in);
+
 private:
+    friend class ChildrenSpecReader;
+    friend class ElementReader;
+    friend class LimitedRead;
+
     std::string mMessage;
+    std::shared_ptr<const ReadLimits> mLimits;  ///< null for none
+    ReadBudget* mBudget = nullptr;              ///< of the limited read that is going on, if any
 };
 
 /// Reads one element with all it holds.
@@ -84,12 +138,15 @@ public:
 private:
     ElementContent readStartTag(InStream& in);
     bool readAttributes(InStream& in, std::string& token);
+    bool readAttribute(InStream& in, const std::string& name);
+    bool readAllContent(InStream& in);
     bool readNext(InStream& in, TreeBuilder& tree, ElementReader& inner);
     ElementContent readContent(InStream& in, Element& element, ElementReader& inner);
     ElementContent readChild(InStream& in, ElementReader& inner);
     bool readEndTag(InStream& in, const Element& element);
     bool readCDataSection(InStream& in, Element& element);
     bool readCharData(InStream& in, Element& element);
+    bool mayAddText(InStream& in, std::uint64_t size);
 
     std::unique_ptr<Element> mElement;
     Dtd* mDtd;
@@ -138,6 +195,7 @@ public:
     Dtd* extractDtd();
 
 private:
+    bool readDeclarations(InStream& in);
     bool readDeclaration(InStream& in, const std::string& keyword, int start);
 
     std::unique_ptr<Dtd> mDtd;
@@ -161,6 +219,10 @@ public:
     Dtd* extractDtd();
 
 private:
+    bool readDeclaration(InStream& in);
+    bool readFile(InStream& in, DTDReader& declarations);
+    bool mayOpen(InStream& in, std::string& path);
+
     std::unique_ptr<Dtd> mDtd;
 };
 

@@ -103,6 +103,7 @@ private:
         std::unordered_map<int, int> mOthers;  ///< where in `mFound` each other entry is
     };
 
+    friend class StreamEnd;
     friend class TextWindow;
     friend class TokenReader;
 
@@ -116,6 +117,7 @@ private:
     /// is not known to be the same.
     virtual bool stepBack();
 
+    bool getCharInFrontOfEnd(char& c);
     void noteLineStart(int position);
     /// Those that reading the text in memory from `begin` to just before `end` finds.
     void noteLineStarts(int begin, int end);
@@ -136,6 +138,8 @@ private:
     mutable std::vector<std::pair<int, int>> mNotedLines;
     bool mAfterCR = false;
     std::string mParseBuffer;
+    int mEnd = -1;  ///< where a reader has put an end to it, and -1 for nowhere
+    bool mHasMetEnd = false;
 };
 
 /// A sink of bytes that indents: a byte other than a line feed at the start of a line gets one tab
