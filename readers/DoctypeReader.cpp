@@ -16,7 +16,9 @@ bool isBelow(const std::string& folder, std::string& path) {
     std::error_code error;
     const auto top = std::filesystem::canonical(folder, error);
     if (error) return false;
-    const auto file = std::filesystem::weakly_canonical(path, error);
+    const auto absolute = std::filesystem::absolute(path, error);
+    if (error) return false;
+    const auto file = std::filesystem::weakly_canonical(absolute, error);
     if (error) return false;
     const auto [topEnd, fileEnd] = std::mismatch(top.begin(), top.end(), file.begin(), file.end());
     if (topEnd != top.end() || fileEnd == file.end()) return false;

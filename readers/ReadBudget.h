@@ -8,6 +8,8 @@
 
 namespace Xml {
 
+const char* nameOf(std::uint64_t ReadLimits::*limit);
+
 /// What a limited read may still take. All readers that take part in it share it.
 class ReadBudget {
 public:

@@ -1,6 +1,33 @@
+#include <algorithm>
+#include <iterator>
+#include <string>
+
 #include "VexXml/Readers.h"
+#include "readers/ReadBudget.h"
 
 namespace Xml {
+namespace {
+
+struct LimitName {
+    std::uint64_t ReadLimits::*limit;
+    const char* name;
+};
+
+constexpr LimitName kLimitNames[] = {
+    {&ReadLimits::totalBytes, "totalBytes"},
+    {&ReadLimits::elementDepth, "elementDepth"},
+    {&ReadLimits::nodes, "nodes"},
+    {&ReadLimits::attributesPerElement, "attributesPerElement"},
+    {&ReadLimits::nameLength, "nameLength"},
+    {&ReadLimits::valueLength, "valueLength"},
+    {&ReadLimits::textLength, "textLength"},
+    {&ReadLimits::declarations, "declarations"},
+    {&ReadLimits::declarationBytes, "declarationBytes"},
+    {&ReadLimits::groupDepth, "groupDepth"},
+    {&ReadLimits::validationSteps, "validationSteps"},
+};
+
+}  // namespace
 
 ReadLimits ReadLimits::untrusted() {
     constexpr std::uint64_t kMebi = 1 << 20;
@@ -18,6 +45,18 @@ ReadLimits ReadLimits::untrusted() {
     limits.validationSteps = 50'000'000;
     limits.mayOpenFiles = false;
     return limits;
+}
+
+std::uint64_t ReadLimits::*ReadLimits::named(const std::string& name) {
+    const auto* found = std::find_if(std::begin(kLimitNames), std::end(kLimitNames),
+                                     [&](const LimitName& each) { return each.name == name; });
+    return found != std::end(kLimitNames) ? found->limit : nullptr;
+}
+
+const char* nameOf(std::uint64_t ReadLimits::*limit) {
+    const LimitName* found = std::begin(kLimitNames);
+    while (found->limit != limit) ++found;
+    return found->name;
 }
 
 }  // namespace Xml

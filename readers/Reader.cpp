@@ -1,5 +1,3 @@
-#include <cstdint>
-#include <iterator>
 #include <string>
 #include <utility>
 
@@ -8,35 +6,6 @@
 #include "readers/ReadBudget.h"
 
 namespace Xml {
-
-namespace {
-
-struct LimitName {
-    std::uint64_t ReadLimits::*limit;
-    const char* name;
-};
-
-constexpr LimitName kLimitNames[] = {
-    {&ReadLimits::totalBytes, "totalBytes"},
-    {&ReadLimits::elementDepth, "elementDepth"},
-    {&ReadLimits::nodes, "nodes"},
-    {&ReadLimits::attributesPerElement, "attributesPerElement"},
-    {&ReadLimits::nameLength, "nameLength"},
-    {&ReadLimits::valueLength, "valueLength"},
-    {&ReadLimits::textLength, "textLength"},
-    {&ReadLimits::declarations, "declarations"},
-    {&ReadLimits::declarationBytes, "declarationBytes"},
-    {&ReadLimits::groupDepth, "groupDepth"},
-    {&ReadLimits::validationSteps, "validationSteps"},
-};
-
-std::string nameOf(std::uint64_t ReadLimits::*limit) {
-    const LimitName* found = std::begin(kLimitNames);
-    while (found->limit != limit) ++found;
-    return found->name;
-}
-
-}  // namespace
 
 // A limited read ends with the reader that began it, so it is neither copied nor moved.
 
@@ -76,8 +45,8 @@ const ReadLimits* Reader::limits() const {
 
 bool Reader::isWithin(std::uint64_t ReadLimits::*limit, std::uint64_t amount, InStream& in) {
     if (mBudget == nullptr || mBudget->isWithin(limit, amount)) return true;
-    message(in,
-            "limit exceeded: " + nameOf(limit) + " = " + std::to_string(mBudget->limits().*limit));
+    message(in, std::string("limit exceeded: ") + nameOf(limit) + " = " +
+                    std::to_string(mBudget->limits().*limit));
     return false;
 }
 

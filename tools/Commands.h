@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "VexXml/Readers.h"
+
 namespace tools {
 
 /// What the program exits with. Of several files the worst counts.
@@ -21,12 +23,19 @@ struct FormatOptions {
     std::string output;  ///< empty for the standard output
     bool inPlace = false;
     bool noShortTags = false;
+    Xml::ReadLimits limits;
 };
 
 struct ValidateOptions {
     std::vector<std::string> inputs;
     std::string dtd;  ///< empty for the DTD of each document
     bool quiet = false;
+    Xml::ReadLimits limits;
+};
+
+struct DtdOptions {
+    std::string input;
+    Xml::ReadLimits limits;
 };
 
 struct QueryOptions {
@@ -35,6 +44,7 @@ struct QueryOptions {
     bool count = false;     ///< print how many results there are in place of the results
     bool asNode = false;    ///< print nodes as XML in place of their texts
     char separator = '\n';  ///< printed behind each result
+    Xml::ReadLimits limits;
 };
 
 /// Writes the document back, indented.
@@ -42,7 +52,7 @@ Status format(const FormatOptions& options);
 /// Tells of each document whether it is valid.
 Status validate(const ValidateOptions& options);
 /// Writes the document type declaration of a document.
-Status writeDtd(const std::string& input);
+Status writeDtd(const DtdOptions& options);
 /// Prints what an XPath expression selects in each document.
 Status query(const QueryOptions& options);
 

@@ -10,8 +10,9 @@
 namespace tools {
 
 // The declarations are worth seeing most when the document does not keep to them.
-Status writeDtd(const std::string& input) {
-    const DocumentReading reading = readDocument(input);
+Status writeDtd(const DtdOptions& options) {
+    const std::string& input = options.input;
+    const DocumentReading reading = readDocument(input, options.limits);
     if (reading.document == nullptr) return reading.status;
     Xml::Dtd* dtd = reading.document->getDtd();
     if (dtd == nullptr) {

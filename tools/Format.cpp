@@ -15,7 +15,7 @@ constexpr const char* kNotUtf8 = "what is written is not UTF-8, and no encoding 
 }  // namespace
 
 Status format(const FormatOptions& options) {
-    const DocumentReading reading = readDocument(options.input);
+    const DocumentReading reading = readDocument(options.input, options.limits);
     if (reading.status != Success) return reading.status;
     Xml::Element::setShortNotationForEmptyTags(!options.noShortTags);
     Diagnostics diagnostics;

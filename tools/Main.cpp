@@ -6,6 +6,7 @@
 
 #include "tools/Commands.h"
 #include "tools/ErrorPrinter.h"
+#include "tools/Limits.h"
 #include "tools/Output.h"
 
 namespace tools {
@@ -45,16 +46,28 @@ constexpr const char* kQueryNotes =
     "without parentheses, as in \"//title/text\", and names are compared as written, with\n"
     "their prefixes. The document's own DTD need not be kept to. All files are tried.\n";
 
+constexpr const char* kLimitNotes =
+    "\n"
+    "Documents may be 256 MiB long, nest 1000 deep and hold 10 million nodes; \"limit\n"
+    "exceeded\" names the limit that one goes beyond. --limit raises it, --trusted lifts\n"
+    "them all. Files that a document names with SYSTEM are read from the current folder\n"
+    "and the folders in it only, unless with --trusted.\n"
+    "\n";
+
 CLI::App* addCommand(CLI::App& app, const std::string& name, const std::string& description,
-                     const std::string& notes, const char* statuses = kStatuses) {
+                     const std::string& notes, Xml::ReadLimits& limits,
+                     const char* statuses = kStatuses) {
     CLI::App* command = app.add_subcommand(name, description);
     command->set_version_flag("--version", kVersion, "Print the version and exit");
-    command->footer(notes + statuses);
+    limits = usualLimits();
+    addLimitOptions(*command, limits);
+    command->footer(notes + kLimitNotes + statuses);
     return command;
 }
 
 void addFormat(CLI::App& app, FormatOptions& options, Status& status) {
-    CLI::App* command = addCommand(app, "format", "Write a document back, indented", kFormatNotes);
+    CLI::App* command =
+        addCommand(app, "format", "Write a document back, indented", kFormatNotes, options.limits);
     CLI::Option* output =
         command->add_option("-o,--output", options.output, "Write to this file")->type_name("OUT");
     command->add_flag("--in-place", options.inPlace, "Replace the file itself")->excludes(output);
@@ -72,8 +85,8 @@ void addFormat(CLI::App& app, FormatOptions& options, Status& status) {
 }
 
 void addValidate(CLI::App& app, ValidateOptions& options, Status& status) {
-    CLI::App* command =
-        addCommand(app, "validate", "Tell whether documents are valid", kValidateNotes);
+    CLI::App* command = addCommand(app, "validate", "Tell whether documents are valid",
+                                   kValidateNotes, options.limits);
     command->add_option("--dtd", options.dtd, "Judge by the declarations in this file alone")
         ->type_name("DTD");
     command->add_flag("--quiet", options.quiet, "Print nothing for valid documents");
@@ -83,18 +96,19 @@ void addValidate(CLI::App& app, ValidateOptions& options, Status& status) {
     command->callback([&options, &status] { status = validate(options); });
 }
 
-void addDtd(CLI::App& app, std::string& input, Status& status) {
-    CLI::App* command = addCommand(
-        app, "dtd", "Write a document's type declaration as the library understood it", kDtdNotes);
-    command->add_option("FILE", input, "The document; - for the standard input")
+void addDtd(CLI::App& app, DtdOptions& options, Status& status) {
+    CLI::App* command =
+        addCommand(app, "dtd", "Write a document's type declaration as the library understood it",
+                   kDtdNotes, options.limits);
+    command->add_option("FILE", options.input, "The document; - for the standard input")
         ->required()
         ->type_name("");
-    command->callback([&input, &status] { status = writeDtd(input); });
+    command->callback([&options, &status] { status = writeDtd(options); });
 }
 
 void addQuery(CLI::App& app, QueryOptions& options, Status& status) {
     CLI::App* command = addCommand(app, "query", "Print what an XPath expression selects",
-                                   kQueryNotes, kQueryStatuses);
+                                   kQueryNotes, options.limits, kQueryStatuses);
     command->add_flag("--count", options.count, "Print only how many results there are");
     CLI::Option* node = command->add_flag("--node", options.asNode, "Print nodes as XML");
     command->add_flag("--value", "Print the text of each result (the default)")->excludes(node);
@@ -126,12 +140,12 @@ Status run(int argc, char** argv) {
                "\nFor query: 0 something was selected, 1 nothing was, 2 trouble of any kind.");
     FormatOptions formatting;
     ValidateOptions validation;
-    std::string dtdInput;
+    DtdOptions dtdWriting;
     QueryOptions querying;
     Status status = Success;
     addFormat(app, formatting, status);
     addValidate(app, validation, status);
-    addDtd(app, dtdInput, status);
+    addDtd(app, dtdWriting, status);
     addQuery(app, querying, status);
     try {
         app.parse(argc, argv);

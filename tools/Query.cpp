@@ -99,7 +99,7 @@ private:
 };
 
 Status queryOne(const QueryOptions& options, const std::string& input, ResultPrinter& printer) {
-    const DocumentReading reading = readDocument(input, OwnDtd::Ignored);
+    const DocumentReading reading = readDocument(input, options.limits, OwnDtd::Ignored);
     if (reading.status != Success) return Trouble;
     return DocumentQuery(options, reading).run(printer);
 }

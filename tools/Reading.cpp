@@ -12,6 +12,7 @@ namespace tools {
 namespace {
 
 constexpr const char* kInvalid = "Doc could not be validated";
+constexpr const char* kTooManySteps = "limit exceeded: validationSteps";
 constexpr const char* kTextBehindRoot = "text behind the root element";
 
 struct Failure {
@@ -61,12 +62,14 @@ std::optional<Failure> readBehindRoot(Xml::InStream& in, Diagnostics& diagnostic
 // as behind a comment that ends the document. With whatever ends a token put behind the text, it
 // stops in front of the text then too.
 std::optional<Failure> findTextBehindRoot(const std::string& text, Xml::InStream& in,
-                                          const Xml::Reader& reader) {
+                                          const Xml::Reader& reader,
+                                          const Xml::ReadLimits& limits) {
     in.eatWhite();
     if (!in.eof()) return Failure{kTextBehindRoot, in.getPosition()};
     if (reader.getErrorMessage().empty()) return std::nullopt;
     Xml::StringInStream ended(text + ";'\"");
     Xml::DocumentReader again;
+    again.setLimits(limits);
     again.parse(ended);
     ended.eatWhite();
     if (ended.getPosition() == static_cast<int>(text.size())) return std::nullopt;
@@ -74,22 +77,25 @@ std::optional<Failure> findTextBehindRoot(const std::string& text, Xml::InStream
 }
 
 std::optional<Failure> parseDocument(const std::string& text, OwnDtd ownDtd,
-                                     Diagnostics& diagnostics,
+                                     const Xml::ReadLimits& limits, Diagnostics& diagnostics,
                                      std::unique_ptr<Xml::Document>& document) {
     Xml::StringInStream in(text);
     Xml::DocumentReader reader;
+    reader.setLimits(limits);
     const bool isRead = reader.parse(in);
     document.reset(reader.extractDocument());
-    if (isRead) return findTextBehindRoot(text, in, reader);
+    if (isRead) return findTextBehindRoot(text, in, reader, limits);
     const Failure failure = failureOf(reader, in, diagnostics);
-    const bool isOnlyInvalid = document != nullptr && failure.text == kInvalid;
+    const bool isOnlyInvalid = document != nullptr && (failure.text == kInvalid ||
+                                                       failure.text.rfind(kTooManySteps, 0) == 0);
     if (!isOnlyInvalid || ownDtd == OwnDtd::Obeyed) return failure;
     return readBehindRoot(in, diagnostics);
 }
 
 }  // namespace
 
-DocumentReading readDocument(const std::string& name, OwnDtd ownDtd) {
+DocumentReading readDocument(const std::string& name, const Xml::ReadLimits& limits,
+                             OwnDtd ownDtd) {
     DocumentReading reading;
     if (!readSource(name, reading.source)) {
         reading.status = Trouble;
@@ -97,7 +103,7 @@ DocumentReading readDocument(const std::string& name, OwnDtd ownDtd) {
     }
     Diagnostics diagnostics;
     const std::optional<Failure> failure =
-        parseDocument(reading.source.text, ownDtd, diagnostics, reading.document);
+        parseDocument(reading.source.text, ownDtd, limits, diagnostics, reading.document);
     diagnostics.printAsWarnings(name);
     if (!failure) return reading;
     printError(reading.source, static_cast<std::size_t>(failure->position), failure->text);
@@ -105,12 +111,13 @@ DocumentReading readDocument(const std::string& name, OwnDtd ownDtd) {
     return reading;
 }
 
-DtdReading readDtd(const std::string& name) {
+DtdReading readDtd(const std::string& name, const Xml::ReadLimits& limits) {
     Source source;
     if (!readSource(name, source)) return {Trouble, nullptr};
     Diagnostics diagnostics;
     Xml::StringInStream in(source.text);
     Xml::DTDReader reader("");
+    reader.setLimits(limits);
     std::optional<Failure> failure;
     if (!reader.parse(in)) failure = failureOf(reader, in, diagnostics);
     diagnostics.printAsWarnings(name);

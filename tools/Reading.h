@@ -5,6 +5,7 @@
 
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
+#include "VexXml/Readers.h"
 #include "tools/Commands.h"
 #include "tools/Source.h"
 
@@ -21,7 +22,8 @@ struct DocumentReading {
 /// Whether a document must keep to the DTD that it declares itself.
 enum class OwnDtd { Obeyed, Ignored };
 
-DocumentReading readDocument(const std::string& name, OwnDtd ownDtd = OwnDtd::Obeyed);
+DocumentReading readDocument(const std::string& name, const Xml::ReadLimits& limits,
+                             OwnDtd ownDtd = OwnDtd::Obeyed);
 
 struct DtdReading {
     Status status = Success;
@@ -29,7 +31,7 @@ struct DtdReading {
 };
 
 /// Reads a file of declarations, such as an external subset.
-DtdReading readDtd(const std::string& name);
+DtdReading readDtd(const std::string& name, const Xml::ReadLimits& limits);
 
 /// The text of a node, as `toStream` writes it.
 std::string textOf(Xml::Object& node);

@@ -25,9 +25,9 @@ Status judgeBy(const Xml::Dtd& dtd, const DocumentReading& reading) {
     return BadDocument;
 }
 
-Status validateOne(const std::string& input, const Xml::Dtd* dtd) {
+Status validateOne(const std::string& input, const Xml::Dtd* dtd, const Xml::ReadLimits& limits) {
     const DocumentReading reading =
-        readDocument(input, dtd == nullptr ? OwnDtd::Obeyed : OwnDtd::Ignored);
+        readDocument(input, limits, dtd == nullptr ? OwnDtd::Obeyed : OwnDtd::Ignored);
     if (reading.status != Success || dtd == nullptr) return reading.status;
     return judgeBy(*dtd, reading);
 }
@@ -37,13 +37,13 @@ Status validateOne(const std::string& input, const Xml::Dtd* dtd) {
 Status validate(const ValidateOptions& options) {
     std::unique_ptr<Xml::Dtd> dtd;
     if (!options.dtd.empty()) {
-        DtdReading reading = readDtd(options.dtd);
+        DtdReading reading = readDtd(options.dtd, options.limits);
         if (reading.status != Success) return reading.status;
         dtd = std::move(reading.dtd);
     }
     Status worst = Success;
     for (const std::string& input : options.inputs) {
-        Status status = validateOne(input, dtd.get());
+        Status status = validateOne(input, dtd.get(), options.limits);
         const bool isTold = status == Success && !options.quiet;
         if (isTold && !writeToStandardOutput(input + ": valid\n")) status = Trouble;
         worst = std::max(worst, status);

@@ -35,6 +35,8 @@ struct ReadLimits {
     /// gigabyte of memory or, on a usual machine, a minute. The values stand behind the limits
     /// below; no file is opened.
     VEXXML_API static ReadLimits untrusted();
+    /// The limit of that name, "nodes" say, null for none: for whoever takes limits from a user.
+    VEXXML_API static std::uint64_t ReadLimits::*named(const std::string& name);
 
     /// Bytes from where the reader begins; the file of a "SYSTEM" identifier is counted for itself.
     std::uint64_t totalBytes = kNone;            ///< 256 Mi

@@ -312,6 +312,17 @@ TEST_F(ReadLimitsFolder, ForbidsWhatIsOutside) {
     }
 }
 
+TEST_F(ReadLimitsFolder, TakesPathsFromTheCurrentFolder) {
+    const std::filesystem::path former = std::filesystem::current_path();
+    std::filesystem::current_path(limits.folder);
+    EXPECT_EQ(messageFor("a.dtd"), "");
+    EXPECT_EQ(messageFor("../a.dtd"), refusalOf("../a.dtd"));
+    limits.folder = "deep";
+    EXPECT_EQ(messageFor("deep/a.dtd"), "");
+    EXPECT_EQ(messageFor("a.dtd"), refusalOf("a.dtd"));
+    std::filesystem::current_path(former);
+}
+
 TEST_F(ReadLimitsFolder, AllowsNothingWhenItDoesNotExist) {
     limits.folder = outer.path("none");
     EXPECT_EQ(messageFor(outer.path("a.dtd")), refusalOf(outer.path("a.dtd")));
@@ -338,6 +349,13 @@ TEST(ReadLimits, KeepValuesFromGrowing) {
                                        "<a x='" + value + "'/>");
     EXPECT_NE(messageFor(text, ReadLimits::untrusted()).find("limit exceeded: valueLength"),
               std::string::npos);
+}
+
+TEST(ReadLimits, AreFoundByTheirNames) {
+    for (const Case& each : kCases) EXPECT_EQ(ReadLimits::named(each.name), each.limit);
+    for (const char* name : {"", "node", "nodesAll", "mayOpenFiles"}) {
+        EXPECT_EQ(ReadLimits::named(name), nullptr) << name;
+    }
 }
 
 TEST(ReadLimits, AreNoneAtFirst) {
