@@ -64,6 +64,10 @@ Uni16String textOf(const XPath::ResultItem& item) {
     }
 }
 
+bool isAbsolute(const ExpressionText& text) { return text[0] == L'/'; }
+
+bool isDocument(const ExpressionText& text) { return text.size() == 1 && isAbsolute(text); }
+
 Uni16String detailOf(const Misses::Blamed& blamed, const ExpressionText& text) {
     Uni16String detail(blamed.step->testText);
     if (!blamed.byPredicates) return detail;
@@ -116,7 +120,7 @@ unsigned long XPath::runQuery(const ExpressionSource& source) {
     std::unique_ptr<CompiledExpression> expression =
         startsFromNodes ? RecentExpressions::take(source)
                         : std::make_unique<CompiledExpression>(source);
-    const unsigned long count = FindNodes(*expression, false) ? GetNrOfResults() : 0;
+    const unsigned long count = FindNodes(*expression) ? GetNrOfResults() : 0;
     if (startsFromNodes && expression->isCompiled()) RecentExpressions::keep(std::move(expression));
     return count;
 }
@@ -176,9 +180,15 @@ bool XPath::SyntaxOK(const std::string& expression) {
     return checkSyntax(ExpressionSource(expression));
 }
 
+// The results that do not stay are those that a query would have used up, or replaced.
 bool XPath::checkSyntax(const ExpressionSource& source) {
     CompiledExpression expression(source);
-    return FindNodes(expression, true);
+    if (!begin(expression.text())) return false;
+    if (isDocument(expression.text())) return true;
+    const XPathError error = expression.compile(Compiler::Context::Nodes);
+    const bool isGood = error.code == NoError;
+    if (isGood == isAbsolute(expression.text())) clearResults();
+    return isGood || fail(error.code, error.detail);
 }
 
 XPath::ErrorCode XPath::GetErrorCode() const { return mError; }
@@ -195,38 +205,36 @@ Uni16String XPath::GetErrorString() const {
 
 std::string XPath::GetErrorStringUTF8() const { return toUTF8(GetErrorString()); }
 
-// A relative expression starts from the results and uses them up; an absolute one replaces them.
-bool XPath::FindNodes(CompiledExpression& expression, bool syntaxOnly) {
-    const ExpressionText& text = expression.text();
+// False when the expression has nothing in it or nothing to start from.
+bool XPath::begin(const ExpressionText& text) {
     setError(text.error().code, text.error().detail);
-    if (text.size() == 0) {
-        if (!syntaxOnly) clearResults();
-        return fail(NoXPathSpecified, {});
-    }
-    std::vector<Object*> nodes;
-    std::vector<ResultItem> values;
-    if (text[0] != L'/') {
-        if (GetNrOfResults() == 0) return fail(NoContextNodes, text.asWritten(text.whole()));
-        nodes.swap(mNodes);
-        values.swap(mValues);
-        mItems.clear();
-    } else if (!syntaxOnly) {
+    if (text.size() == 0) return fail(NoXPathSpecified, {});
+    if (isAbsolute(text) || GetNrOfResults() > 0) return true;
+    return fail(NoContextNodes, text.asWritten(text.whole()));
+}
+
+// A relative expression starts from the results and uses them up; an absolute one replaces them.
+bool XPath::FindNodes(CompiledExpression& expression) {
+    const ExpressionText& text = expression.text();
+    if (!begin(text)) {
         clearResults();
-        nodes.swap(mNodes);  // for their memory
-        nodes.push_back(mDocument);
+        return false;
     }
-    const bool isDocument = text.size() == 1 && text[0] == L'/';
-    if (isDocument && syntaxOnly) return true;
-    const bool startsFromValues = !syntaxOnly && !values.empty();
+    std::vector<Object*> nodes = std::exchange(mNodes, {});
+    std::vector<ResultItem> values = std::exchange(mValues, {});
+    mItems.clear();
+    if (isAbsolute(text)) {
+        nodes.assign(1, mDocument);
+        values.clear();
+    }
     if (!expression.isCompiled()) {
-        const XPathError error = expression.compile(startsFromValues ? Compiler::Context::Values
-                                                                     : Compiler::Context::Nodes);
+        const XPathError error = expression.compile(values.empty() ? Compiler::Context::Nodes
+                                                                   : Compiler::Context::Values);
         if (error.code != NoError) return fail(error.code, error.detail);
     }
-    if (!syntaxOnly) EvaluateExpression(expression, nodes, values);
+    EvaluateExpression(expression, nodes, values);
     mNodes.swap(nodes);
     mValues.swap(values);
-    mItems.clear();
     return true;
 }
 

@@ -13,6 +13,7 @@ namespace Xml {
 
 class Document;
 class CompiledExpression;
+class ExpressionText;
 class Object;
 struct ExpressionSource;
 
@@ -180,7 +181,8 @@ public:
 private:
     unsigned long runQuery(const ExpressionSource& source);
     bool checkSyntax(const ExpressionSource& source);
-    bool FindNodes(CompiledExpression& expression, bool syntaxOnly);
+    bool begin(const ExpressionText& text);
+    bool FindNodes(CompiledExpression& expression);
     void EvaluateExpression(const CompiledExpression& expression, std::vector<Object*>& nodes,
                             std::vector<ResultItem>& values);
     ResultItem itemOf(unsigned long index) const;

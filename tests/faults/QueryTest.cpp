@@ -37,6 +37,17 @@ struct Query {
     std::string found;
 };
 
+/// What a query has found stays when checking an expression that goes on from there fails.
+struct Check : Query {
+    Check() : Query("em[1]/parent::node") { query->GetValues("//em"); }
+    void run() {
+        found = query->SyntaxOK(expression) ? "well-formed" : "malformed";
+        found += "|" + std::to_string(query->GetNrOfResults());
+    }
+};
+
+TEST(FailingMemoryInACheck, LeavesTheResults) { failEachAllocation<Check>(); }
+
 class FailingMemoryInAQuery : public testing::TestWithParam<const char*> {};
 
 TEST_P(FailingMemoryInAQuery, LeavesItUsable) {
