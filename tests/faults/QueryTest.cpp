@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "VexXml/Readers.h"
 #include "VexXml/XPath.h"
@@ -39,19 +40,28 @@ struct Query {
 
 /// What a query has found stays when checking an expression that goes on from there fails.
 struct Check : Query {
-    Check() : Query("em[1]/parent::node") { query->GetValues("//em"); }
+    Check() : Query("em[aNameThatIsNoShortText = 'x']/parent::node") { query->GetValues("//em"); }
     void run() {
         found = query->SyntaxOK(expression) ? "well-formed" : "malformed";
         found += "|" + std::to_string(query->GetNrOfResults());
     }
 };
 
-TEST(FailingMemoryInACheck, LeavesTheResults) { failEachAllocation<Check>(); }
+// A thread of its own has none of the expressions that others asked before: it keeps those that it
+// asks itself, and in the end as many as in the beginning.
+template <class Work>
+void inNewThread(const Work& work) {
+    std::thread(work).join();
+}
+
+TEST(FailingMemoryInACheck, LeavesTheResults) {
+    inNewThread([] { failEachAllocation<Check>(); });
+}
 
 class FailingMemoryInAQuery : public testing::TestWithParam<const char*> {};
 
 TEST_P(FailingMemoryInAQuery, LeavesItUsable) {
-    failEachAllocation<Query>(std::string(GetParam()));
+    inNewThread([] { failEachAllocation<Query>(std::string(GetParam())); });
 }
 
 INSTANTIATE_TEST_SUITE_P(
