@@ -34,13 +34,29 @@ std::string outputOf(const std::string& command) {
     return status == 0 ? output : "status " + std::to_string(status);
 }
 
-TEST(Readme, ShowsTheExampleAsItIsCompiled) {
-    EXPECT_EQ(block(readSource("README.md"), "cpp"), readSource("examples/Recipes.cpp"));
+struct Example {
+    const char* document;
+    const char* source;
+    const char* program;
+};
+
+constexpr Example kExamples[] = {{"README.md", "examples/Recipes.cpp", "recipes"},
+                                 {"docs/security.md", "examples/Untrusted.cpp", "untrusted"}};
+
+TEST(Documents, ShowExamplesAsTheyAreCompiled) {
+    for (const Example& example : kExamples) {
+        EXPECT_EQ(block(readSource(example.document), "cpp"), readSource(example.source))
+            << example.document;
+    }
 }
 
-TEST(Readme, ShowsWhatTheExamplePrints) {
-    EXPECT_EQ(block(readSource("README.md"), "text"),
-              outputOf("cd '" + sourcePath("") + "' && '" VEXXML_EXAMPLE "'"));
+TEST(Documents, ShowWhatTheirExamplesPrint) {
+    for (const Example& example : kExamples) {
+        EXPECT_EQ(
+            block(readSource(example.document), "text"),
+            outputOf("cd '" + sourcePath("") + "' && '" VEXXML_EXAMPLES "/" + example.program + "'"))
+            << example.document;
+    }
 }
 
 // What a terminal would show for the commands in a block, which stand behind prompts.
@@ -99,7 +115,8 @@ std::vector<std::string> linksOf(const std::string& document) {
 
 TEST(Documents, LinkToFilesThatExist) {
     for (const std::string document : {"README.md", "CONTRIBUTING.md", "CHANGELOG.md",
-                                       "docs/architecture.md", "docs/xpath.md"}) {
+                                       "docs/architecture.md", "docs/security.md",
+                                       "docs/xpath.md"}) {
         const std::string text = readSource(document);
         EXPECT_NE(text, "") << document;
         const std::filesystem::path path = sourcePath(document);
