@@ -52,9 +52,9 @@ TEST(Documents, ShowExamplesAsTheyAreCompiled) {
 
 TEST(Documents, ShowWhatTheirExamplesPrint) {
     for (const Example& example : kExamples) {
-        EXPECT_EQ(
-            block(readSource(example.document), "text"),
-            outputOf("cd '" + sourcePath("") + "' && '" VEXXML_EXAMPLES "/" + example.program + "'"))
+        EXPECT_EQ(block(readSource(example.document), "text"),
+                  outputOf("cd '" + sourcePath("") + "' && '" VEXXML_EXAMPLES "/" +
+                           example.program + "'"))
             << example.document;
     }
 }
@@ -114,9 +114,9 @@ std::vector<std::string> linksOf(const std::string& document) {
 }
 
 TEST(Documents, LinkToFilesThatExist) {
-    for (const std::string document : {"README.md", "CONTRIBUTING.md", "CHANGELOG.md",
-                                       "docs/architecture.md", "docs/security.md",
-                                       "docs/xpath.md"}) {
+    for (const std::string document :
+         {"README.md", "CONTRIBUTING.md", "CHANGELOG.md", "docs/architecture.md",
+          "docs/security.md", "docs/xpath.md"}) {
         const std::string text = readSource(document);
         EXPECT_NE(text, "") << document;
         const std::filesystem::path path = sourcePath(document);
