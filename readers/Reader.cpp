@@ -13,12 +13,16 @@ Reader::Reader() = default;
 Reader::Reader(const Reader& other) : mMessage(other.mMessage), mLimits(other.mLimits) {}
 Reader::Reader(Reader&& other) noexcept
     : mMessage(std::move(other.mMessage)), mLimits(std::move(other.mLimits)) {}
+// cppcheck-suppress operatorEqVarError
 Reader& Reader::operator=(const Reader& other) {
+    if (this == &other) return *this;
     mMessage = other.mMessage;
     mLimits = other.mLimits;
     return *this;
 }
+// cppcheck-suppress operatorEqVarError
 Reader& Reader::operator=(Reader&& other) noexcept {
+    if (this == &other) return *this;
     mMessage = std::move(other.mMessage);
     mLimits = std::move(other.mLimits);
     return *this;

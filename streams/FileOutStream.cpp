@@ -1,3 +1,4 @@
+#include <exception>
 #include <fstream>
 #include <ostream>
 #include <typeinfo>
@@ -8,10 +9,13 @@
 namespace Xml {
 namespace {
 
-// For what a buffer throws when it is asked for its position or moved, which a standard stream lets
-// through, unlike what it throws when it is written to. An owner who asked for exceptions gets it.
+// Needs: to be called where an exception is caught. For what a buffer throws when it is asked for
+// its position or moved, which a standard stream lets through, unlike what it throws when it is
+// written to. An owner who asked for exceptions gets it.
 void keepFailure(std::ostream& stream) {
-    if (stream.exceptions() != std::ios_base::goodbit) throw;
+    if (stream.exceptions() != std::ios_base::goodbit) {
+        std::rethrow_exception(std::current_exception());
+    }
     stream.setstate(std::ios_base::badbit);
 }
 

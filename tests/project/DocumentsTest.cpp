@@ -45,17 +45,16 @@ constexpr Example kExamples[] = {{"README.md", "examples/Recipes.cpp", "recipes"
 
 TEST(Documents, ShowExamplesAsTheyAreCompiled) {
     for (const Example& example : kExamples) {
-        EXPECT_EQ(block(readSource(example.document), "cpp"), readSource(example.source))
-            << example.document;
+        const std::string shown = block(readSource(example.document), "cpp");
+        EXPECT_EQ(shown, readSource(example.source));
     }
 }
 
 TEST(Documents, ShowWhatTheirExamplesPrint) {
+    const std::string start = "cd '" + sourcePath("") + "' && '" VEXXML_EXAMPLES "/";
     for (const Example& example : kExamples) {
-        EXPECT_EQ(block(readSource(example.document), "text"),
-                  outputOf("cd '" + sourcePath("") + "' && '" VEXXML_EXAMPLES "/" +
-                           example.program + "'"))
-            << example.document;
+        const std::string shown = block(readSource(example.document), "text");
+        EXPECT_EQ(shown, outputOf(start + example.program + "'"));
     }
 }
 

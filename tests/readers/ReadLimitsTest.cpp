@@ -41,7 +41,7 @@ std::string readingOf(Xml::InStream& in, const ReadLimits& limits) {
 /// The same for streams in memory and files, of which those that end alike must agree.
 std::string readingOf(const std::string& text, const ReadLimits& limits) {
     support::PlainInStream plain(text);
-    const std::string seen = readingOf(plain, limits);
+    std::string seen = readingOf(plain, limits);
     Xml::StringInStream inMemory(text);
     EXPECT_EQ(readingOf(inMemory, limits), seen) << text;
     std::istringstream source(text);
