@@ -9,9 +9,9 @@
 namespace Xml {
 namespace {
 
-// Needs: to be called where an exception is caught. For what a buffer throws when it is asked for
-// its position or moved, which a standard stream lets through, unlike what it throws when it is
-// written to. An owner who asked for exceptions gets it.
+// For what a buffer throws when it is asked for its position or moved, which a standard stream lets
+// through, unlike what it throws when it is written to. An owner who asked for exceptions gets it.
+// Needs: to be called where it is caught.
 void keepFailure(std::ostream& stream) {
     if (stream.exceptions() != std::ios_base::goodbit) {
         std::rethrow_exception(std::current_exception());
