@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <sstream>
 #include <string>
@@ -7,7 +9,10 @@
 namespace Xml {
 namespace {
 
-int floatPrecision = 2;
+std::atomic<int> floatPrecision{2};
+
+// No `double` has more digits behind its point; zeros at the end are dropped anyway.
+constexpr int kMostDigits = 1074;
 
 // What cannot be read leaves 0 and what is too large the nearest limit, as extraction does it.
 template <typename Number>
@@ -36,7 +41,7 @@ double toDouble(const std::string& text) { return extract<double>(text); }
 std::string toString(int number) { return std::to_string(number); }
 
 std::string toString(double number) {
-    std::string text = inFixedNotation(number, floatPrecision);
+    std::string text = inFixedNotation(number, std::min(getFloatPrecision(), kMostDigits));
     // Without a point the zeros of a whole number go too, deliberately: callers compare these
     // texts.
     while (text.size() > 1 && text.back() == '0') text.pop_back();
@@ -45,11 +50,9 @@ std::string toString(double number) {
 }
 
 int setFloatPrecision(int digits) {
-    const int previous = floatPrecision;
-    if (digits >= 0) floatPrecision = digits;
-    return previous;
+    return digits >= 0 ? floatPrecision.exchange(digits) : getFloatPrecision();
 }
 
-int getFloatPrecision() { return floatPrecision; }
+int getFloatPrecision() { return floatPrecision.load(std::memory_order_relaxed); }
 
 }  // namespace Xml
