@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 #include "VexXml/Readers.h"
@@ -44,8 +45,9 @@ bool DTDReader::readDeclarations(InStream& in) {
         if (mInternal && token == "]") return true;
         if (!takesFrom(&ReadLimits::declarations, 1, in)) return false;
         if (!readDeclaration(in, token, start)) return false;
-        const auto size = static_cast<std::uint64_t>(std::max(in.getPosition() - start, 0));
-        if (!takesFrom(&ReadLimits::declarationBytes, size, in)) return false;
+        const std::int64_t size = std::max(std::int64_t{in.getPosition()} - start, std::int64_t{0});
+        if (!takesFrom(&ReadLimits::declarationBytes, static_cast<std::uint64_t>(size), in))
+            return false;
         in.eatWhite();
         if (!in.eof()) continue;
         if (mInternal) message(in, "Unexpected end of stream");

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <limits>
 
 #include "VexXml/Streams.h"
 #include "values/Room.h"
@@ -57,7 +59,10 @@ int InStream::LineStarts::columnOf(int position) const {
     const auto high = firstNotBelow(position);
     const std::size_t place =
         high != mHighs.end() ? static_cast<std::size_t>(*high) : mFound.size();
-    return place == 0 ? position : position - mFound[place - 1];
+    if (place == 0) return position;
+    // A caller's stream may have been at positions below 0, too far for an `int` from the others.
+    const std::int64_t column = std::int64_t{position} - mFound[place - 1];
+    return static_cast<int>(std::min<std::int64_t>(column, std::numeric_limits<int>::max()));
 }
 
 }  // namespace Xml
