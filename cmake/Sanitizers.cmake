@@ -1,5 +1,10 @@
 # Applies to every target below this point, the platform layer included: a program must not mix.
-if(VEXXML_SANITIZE)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  add_link_options(-fsanitize=address,undefined)
+if(VEXXML_SANITIZE STREQUAL "thread")
+  set(sanitizers thread)
+elseif(VEXXML_SANITIZE)
+  set(sanitizers address,undefined)
+endif()
+if(sanitizers)
+  add_compile_options(-fsanitize=${sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${sanitizers})
 endif()

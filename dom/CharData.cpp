@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -13,27 +15,50 @@
 
 namespace Xml {
 
+namespace {
+
+constexpr std::uintptr_t kIsCurrent = 1;
+
+// Held while a plain text is made or replaced: one for all nodes would keep threads waiting that
+// read different documents.
+std::mutex& lockOf(const CharData& node) {
+    static std::array<std::mutex, 64> locks;
+    return locks[reinterpret_cast<std::uintptr_t>(&node) / sizeof node % locks.size()];
+}
+
+}  // namespace
+
 /// The text that was last asked for, in the two forms in which callers refer to it. Its bytes lie
 /// behind it, so that all is one piece of memory.
 class CharData::PlainText {
 public:
-    static PlainTextOwner make(std::string_view text, bool stays) {
+    static PlainText* make(std::string_view text) {
         void* memory = Pool::allocate(bytesFor(text.size()));
-        return PlainTextOwner(new (memory) PlainText(text, stays));
+        return new (memory) PlainText(text);
+    }
+    /// Null for none.
+    static PlainText* at(std::uintptr_t tagged) {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the flag has no room elsewhere
+        return reinterpret_cast<PlainText*>(tagged & ~kIsCurrent);
+    }
+    std::uintptr_t tagged(bool isCurrent) const {
+        return reinterpret_cast<std::uintptr_t>(this) | (isCurrent ? kIsCurrent : 0);
     }
     static void destroy(PlainText* plain) noexcept {
-        const std::size_t bytes = bytesFor(static_cast<std::size_t>(plain->data().getSize()));
+        if (plain == nullptr) return;
+        const std::size_t bytes = bytesFor(plain->view().size());
         plain->~PlainText();
         Pool::release(plain, bytes);
     }
     const DataHolder& data() const { return mData.text(); }
+    std::string_view view() const {
+        return {data().toCString(), static_cast<std::size_t>(data().getSize())};
+    }
 
     std::unique_ptr<std::string> string;  ///< null until `toString` gives it
-    bool isCurrent;                       ///< it is what would be made of the escaped text again
 
 private:
-    PlainText(std::string_view text, bool stays)
-        : isCurrent(stays), mData(copyBehind(text), text.size()) {}
+    explicit PlainText(std::string_view text) : mData(copyBehind(text), text.size()) {}
 
     static std::size_t bytesFor(std::size_t size) { return sizeof(PlainText) + size + 1; }
     char* copyBehind(std::string_view text) {
@@ -44,10 +69,6 @@ private:
 
     BorrowedText mData;
 };
-
-void CharData::PlainTextDeleter::operator()(PlainText* plain) const noexcept {
-    PlainText::destroy(plain);
-}
 
 CharData::CharData() = default;
 
@@ -81,39 +102,71 @@ CharData& CharData::operator=(CharData&& other) noexcept {
     return *this;
 }
 
-CharData::~CharData() = default;
+CharData::~CharData() {
+    PlainText::destroy(PlainText::at(mPlainText.load(std::memory_order_relaxed)));
+}
 
 Object* CharData::clone() const { return new CharData(*this); }
 
 const std::string& CharData::toString() const {
     const DataHolder& text = getData();
-    if (!mPlainText) mPlainText = PlainText::make({}, false);
-    std::unique_ptr<std::string>& string = mPlainText->string;
-    if (!string) string = std::make_unique<std::string>();
-    return *string = text;
+    PlainText* kept = PlainText::at(mPlainText.load(std::memory_order_acquire));
+    if (kept == nullptr) {
+        kept = PlainText::make({});
+        mPlainText.store(kept->tagged(false), std::memory_order_release);
+    }
+    if (!kept->string) kept->string = std::make_unique<std::string>();
+    return *kept->string = text;
 }
 
 bool CharData::isCharData() const { return true; }
 
-// A text without references is plain as it stands. One whose references are all to characters,
-// which no DTD changes, is made once.
+// A text without references is plain as it stands.
 const DataHolder& CharData::getData() const {
-    if (mPlainText && mPlainText->isCurrent) return mPlainText->data();
+    const std::uintptr_t kept = mPlainText.load(std::memory_order_acquire);
+    if ((kept & kIsCurrent) != 0) return PlainText::at(kept)->data();
+    return hasReference() ? keep(ReplacedText(mData, dtd())) : mData;
+}
+
+bool CharData::hasReference() const {
     const auto size = static_cast<std::size_t>(mData.getSize());
-    if (std::memchr(mData.toCString(), '&', size) == nullptr) return mData;
-    const ReplacedText replaced(mData, dtd());
-    PlainTextOwner made =
-        PlainText::make(replaced.view(), replaced.areCharacters() && !is(Exposed));
-    if (mPlainText) made->string = std::move(mPlainText->string);
-    mPlainText = std::move(made);
-    return mPlainText->data();
+    return std::memchr(mData.toCString(), '&', size) != nullptr;
+}
+
+// A text whose references are all to characters, which no DTD changes, is made once.
+bool CharData::stays(const ReplacedText& plain) const {
+    return plain.areCharacters() && !is(Exposed);
+}
+
+// Other threads may make the same text meanwhile, and read what the first of them made.
+const DataHolder& CharData::keep(const ReplacedText& plain) const {
+    const std::lock_guard<std::mutex> guard(lockOf(*this));
+    PlainText* const before = PlainText::at(mPlainText.load(std::memory_order_relaxed));
+    const bool isSame = before != nullptr && before->view() == plain.view();
+    PlainText* const kept = isSame ? before : PlainText::make(plain.view());
+    if (before != nullptr && !isSame) {
+        kept->string = std::move(before->string);
+        PlainText::destroy(before);
+    }
+    mPlainText.store(kept->tagged(stays(plain)), std::memory_order_release);
+    return kept->data();
 }
 
 void CharData::forgetPlainText() noexcept {
-    if (mPlainText) mPlainText->isCurrent = false;
+    mPlainText.store(mPlainText.load(std::memory_order_relaxed) & ~kIsCurrent,
+                     std::memory_order_relaxed);
 }
 
-void CharData::getData(DataHolder* out) const { *out = getData(); }
+void CharData::getData(DataHolder* out) const {
+    const bool isMade = (mPlainText.load(std::memory_order_acquire) & kIsCurrent) != 0;
+    if (isMade || !hasReference()) {
+        *out = getData();
+        return;
+    }
+    const ReplacedText plain(mData, dtd());
+    if (stays(plain)) keep(plain);
+    *out = DataHolder(plain.view().data(), plain.view().size());
+}
 
 void CharData::setData(const DataHolder& text) {
     DataHolder escaped = text;

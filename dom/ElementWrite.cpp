@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <string_view>
 #include <vector>
 
@@ -10,17 +11,15 @@
 namespace Xml {
 namespace {
 
-bool writesShortEmptyTags = true;
+std::atomic<bool> writesShortEmptyTags{true};
 
 }  // namespace
 
-bool Element::setShortNotationForEmptyTags(bool on) {
-    const bool previous = writesShortEmptyTags;
-    writesShortEmptyTags = on;
-    return previous;
-}
+bool Element::setShortNotationForEmptyTags(bool on) { return writesShortEmptyTags.exchange(on); }
 
-bool Element::usingShortNotationForEmptyTags() { return writesShortEmptyTags; }
+bool Element::usingShortNotationForEmptyTags() {
+    return writesShortEmptyTags.load(std::memory_order_relaxed);
+}
 
 /// Writes an element and all below it without recursion; nodes of classes that a caller derived
 /// write themselves. Invariant: `here` and the elements around it have their start tags written,
@@ -121,7 +120,7 @@ private:
             element.mAttributes->forEach(
                 [this](const Attribute& attribute) { writeAttribute(attribute); });
         }
-        if (element.mChildren.empty() && writesShortEmptyTags) {
+        if (element.mChildren.empty() && usingShortNotationForEmptyTags()) {
             mOut.put('/', '>');
             return false;
         }

@@ -1,3 +1,5 @@
+#include <atomic>
+
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
 #include "VexXml/Streams.h"
@@ -7,7 +9,7 @@
 namespace Xml {
 namespace {
 
-bool skipsUnchanged = false;
+std::atomic<bool> skipsUnchanged{false};
 
 // "a Element": callers compare this.
 const char* const kNotAnElement = "<Object::toElement> Not a Element";
@@ -157,11 +159,7 @@ bool Object::isWhollyBoundTo(const Dtd* dtd) const {
     return this->dtd() == dtd && is(SubtreeBound);
 }
 
-bool Object::setRWOptimization(bool on) {
-    const bool previous = skipsUnchanged;
-    skipsUnchanged = on;
-    return previous;
-}
+bool Object::setRWOptimization(bool on) { return skipsUnchanged.exchange(on); }
 
 void Object::toStream(OutStream& out) {
     if (!beginWrite(out.getPosition())) {
@@ -174,7 +172,8 @@ void Object::toStream(OutStream& out) {
 
 // False when the node's text stands in the stream already and is to be passed over.
 bool Object::beginWrite(int position) {
-    if (skipsUnchanged && !is(Touched) && position == mWriteStart) return false;
+    const bool mayStay = !is(Touched) && position == mWriteStart;
+    if (mayStay && skipsUnchanged.load(std::memory_order_relaxed)) return false;
     mWriteStart = position;
     return true;
 }

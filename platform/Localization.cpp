@@ -1,5 +1,6 @@
 #include "VexSys/Localization.h"
 
+#include <atomic>
 #include <string_view>
 #include <utility>
 
@@ -49,13 +50,13 @@ constexpr std::pair<std::string_view, const char*> kEnglish[] = {
     {"xpat/xerr/CONTEXT IS NOT A NODE", "a step can only start from nodes, not from a value"},
 };
 
-Localization::Translator installed = nullptr;
+std::atomic<Localization::Translator> installed{nullptr};
 
 }  // namespace
 
 Uni16String Localization::GetString(const char* key, const char* module, const char* fallback) {
-    if (installed != nullptr) {
-        Uni16String translated = installed(key, module);
+    if (const Translator translator = installed.load(std::memory_order_acquire)) {
+        Uni16String translated = translator(key, module);
         if (!translated.empty()) return translated;
     }
     for (const auto& [known, text] : kEnglish) {
@@ -65,7 +66,7 @@ Uni16String Localization::GetString(const char* key, const char* module, const c
 }
 
 Localization::Translator Localization::InstallTranslator(Translator translator) {
-    return std::exchange(installed, translator);
+    return installed.exchange(translator);
 }
 
 }  // namespace VexSys

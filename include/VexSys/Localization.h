@@ -22,7 +22,7 @@ VEXSYS_API Uni16String GetString(const char* key, const char* module, const char
 using Translator = Uni16String (*)(const char* key, const char* module);
 
 /// Installs the translator of the whole process, or none when null, and returns the previous one.
-/// Needs: no other thread asks for a text meanwhile.
+/// It is called in the thread that asks for a text, so it may run in several at once.
 VEXSYS_API Translator InstallTranslator(Translator translator);
 
 }  // namespace Localization

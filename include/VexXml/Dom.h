@@ -6,10 +6,18 @@
 /// attributes. `extract…` hands a node back to the caller, `clone` gives a copy that the caller
 /// owns. Everything else that is handed out is a pointer or reference into the tree.
 ///
+/// Several threads may each work on trees of their own, whatever they do, and a tree may be freed
+/// by another thread than made it. In one tree they may run `const` operations at the same time,
+/// copies and queries included, as long as nobody changes it, its DTD or a node of it. The one
+/// exception is `toString`, which keeps its text in the node: nothing else may happen to that node
+/// meanwhile. Writing is no `const` operation, as each node notes where it was written. Trees may
+/// share a DTD and be validated against it at the same time, as long as nobody changes it.
+///
 /// Where memory runs out, `std::bad_alloc` comes out of what was called. What was to be handed over
 /// then stays the caller's, and everything can be used as before. Freeing and moving need no
 /// memory, but for moving attributes.
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -31,6 +39,7 @@ class Dtd;
 class Element;
 class Object;
 class OutStream;
+class ReplacedText;
 
 namespace Detail {
 
@@ -187,7 +196,8 @@ public:
     virtual void setDtd(const Dtd* dtd);
     /// A copy of the node and all below it, owned by the caller.
     virtual Object* clone() const = 0;
-    /// A short text for people, valid until the next call or change; see each kind of node.
+    /// A short text for people, valid until the next call or change; see each kind of node. Nothing
+    /// else may happen to the node meanwhile, although this is `const`.
     virtual const std::string& toString() const = 0;
     virtual bool isElement() const;
     virtual bool isAttribute() const;
@@ -383,7 +393,7 @@ public:
     bool isCharData() const override;
 
     /// The plain text: references are replaced, those that the DTD declares included. Valid until
-    /// the next call or change.
+    /// the next call behind a change of the node, or of an entity that the text refers to.
     const DataHolder& getData() const;
     void getData(DataHolder* out) const;
     /// Replaces the text by the plain `text`, escaped, and touches.
@@ -413,16 +423,17 @@ private:
     friend class TreeBuilder;
 
     class PlainText;
-    struct PlainTextDeleter {
-        void operator()(PlainText* plain) const noexcept;
-    };
-    using PlainTextOwner = std::unique_ptr<PlainText, PlainTextDeleter>;
 
     CharData(const char* escapedText, std::size_t size);
+    bool hasReference() const;
+    bool stays(const ReplacedText& plain) const;
+    const DataHolder& keep(const ReplacedText& plain) const;
     void forgetPlainText() noexcept;
 
     DataHolder mData;
-    mutable PlainTextOwner mPlainText;  ///< made by `getData` and `toString`
+    /// The address of what `getData` and `toString` gave, plus 1 as long as that is what they would
+    /// make again. Such a one is not changed by reading, so that several threads may read.
+    mutable std::atomic<std::uintptr_t> mPlainText{0};
 };
 
 /// A named node with attributes and children.

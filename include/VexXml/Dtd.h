@@ -339,10 +339,11 @@ public:
     void setEntity(const std::string& name, const DataHolder& value);
     bool isEntityName(const std::string& name) const;
     bool isEntityValue(const DataHolder& value) const;
-    /// Reports an unknown name and gives the reference to it, valid until the next such call.
+    /// Reports an unknown name and gives the reference to it, valid until the next such call, in
+    /// whatever thread: with unknown names only one thread may ask at a time.
     const DataHolder& getEntityValue(const std::string& name) const;
     /// The first name, in byte order, with that value. Reports an unknown value and gives its text,
-    /// valid until the next such call.
+    /// valid until the next such call, in whatever thread: the same holds as for unknown names.
     const std::string& getEntityName(const DataHolder& value) const;
 
     /// Adds clones of what `other` declares; `overwrite` tells which of two declarations of the

@@ -34,6 +34,8 @@ namespace Xml {
 /// was. A success leaves the text of an earlier failure there, and looking ahead may put one there
 /// on the way to a success.
 ///
+/// A stream is used by one thread at a time, `const` operations included.
+///
 /// Lines: only a carriage return, or a line feed, that follows a carriage return starts a line that
 /// is counted. Text with plain line feeds is one line.
 class VEXXML_API InStream {

@@ -137,7 +137,8 @@ VEXXML_API std::string toString(int number);
 /// With a precision of 0 the zeros of a whole number count too: 100.0 gives "1".
 VEXXML_API std::string toString(double number);
 /// Sets how many digits behind the point `toString(double)` starts from, for the whole process, and
-/// returns the previous setting (2 at first). A negative number changes nothing.
+/// returns the previous setting (2 at first). A negative number changes nothing. Like all settings
+/// of the process, it may be changed at any time by any thread.
 VEXXML_API int setFloatPrecision(int digits);
 VEXXML_API int getFloatPrecision();
 
@@ -165,7 +166,8 @@ VEXXML_API bool isEntityValue(const DataHolder& value, const Dtd* dtd);
 /// The diagnostic channel: making a `Message` reports its text.
 ///
 /// Misuse is reported here and then repaired; nothing is thrown. The last text, the switch and the
-/// handler belong to the whole process and are not guarded: set them before work begins.
+/// handler belong to the whole process. Any thread may use them at any time: the handler is called
+/// in the thread that reports, so it may run in several at once.
 class VEXXML_API Message {
 public:
     /// Receives the text as a zero-terminated string. Further arguments are never passed.
@@ -183,14 +185,10 @@ public:
     /// Switches the handler on (true) or off (false), whatever the name says; returns the previous
     /// setting, true at first.
     static bool disableOutput(bool enabled);
-    /// The text of the last message, reported or not; empty before the first.
+    /// The text of the last message of all threads, reported or not; empty before the first. What
+    /// is referred to lives as long as the thread, and changes only when this thread makes a
+    /// message or asks again; at the very end of a thread, when others make messages, too.
     static const std::string& getLastMessage();
-
-private:
-    static std::string& lastMessage();
-
-    static bool out;
-    static Handler mMessageHandler;
 };
 
 }  // namespace Xml

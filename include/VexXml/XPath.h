@@ -30,6 +30,10 @@ struct ExpressionSource;
 /// Results refer to nodes of the tree and own none. They hold until the tree changes; then the next
 /// expression must begin with "/", and the document must still live.
 ///
+/// Several threads may query one document at the same time, each with an object of its own, as long
+/// as nobody changes the document. An object is used by one thread at a time, `const` operations
+/// included.
+///
 /// Texts are UTF-16 in a `VexSys::Uni16String`. Expressions are taken in UTF-8 in a `std::string`
 /// as well, and what ends in `UTF8` gives texts back so. Nothing is thrown: a query that fails
 /// leaves an error code and a text about it. So does one that finds nothing, except that the code

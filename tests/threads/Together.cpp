@@ -1,0 +1,22 @@
+#include "threads/Together.h"
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace threads {
+
+void together(const std::function<void(int)>& work, int count) {
+    std::atomic<int> missing{count};
+    std::vector<std::thread> running;
+    for (int number = 0; number < count; ++number) {
+        running.emplace_back([&, number] {
+            --missing;
+            while (missing > 0) std::this_thread::yield();
+            work(number);
+        });
+    }
+    for (std::thread& thread : running) thread.join();
+}
+
+}  // namespace threads
