@@ -2,19 +2,18 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "VexXml/Dom.h"
+#include "VexXml/Readers.h"
 
 namespace fuzz {
 
-/// Whether a document is to be left alone, as reading it may do what no target is to do: open other
-/// files, or validate for ever. A repeated particle that can match nothing repeats without an end
-/// on a child that it does not match, deliberately; `((a?)*)` and all that looks like it is left
-/// out.
-bool isLeftAlone(std::string_view document);
+/// What reading a document must not do in any target: open other files, or validate for ever. A
+/// repeated particle that can match nothing repeats without an end on a child that it does not
+/// match, deliberately.
+Xml::ReadLimits safeLimits();
 
-/// Null when it is refused or left alone.
+/// Null when it is refused.
 std::unique_ptr<Xml::Document> read(const std::string& document);
 
 }  // namespace fuzz
