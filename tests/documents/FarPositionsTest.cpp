@@ -64,7 +64,7 @@ class FarPositions : public testing::Test {
 protected:
     /// A file of that size that ends with the text, and takes no more room than that.
     std::string makeSparse(const std::string& text, std::int64_t size) const {
-        const std::string path = folder.write("sparse", "start");
+        std::string path = folder.write("sparse", "start");
         std::filesystem::resize_file(path, static_cast<std::uintmax_t>(size));
         std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
         file.seekp(size - static_cast<std::int64_t>(text.size()));

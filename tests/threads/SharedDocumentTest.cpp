@@ -27,7 +27,8 @@ std::string listText() {
     std::string text = kStart;
     for (int i = 0; i < 60; ++i) {
         const std::string key = std::to_string(i);
-        text += "<entry key='" + key + "'>x &lt; &name;<word>" + key + " &amp; &#65;&#x42;</word>";
+        text.append("<entry key='").append(key).append("'>x &lt; &name;<word>").append(key);
+        text += " &amp; &#65;&#x42;</word>";
         text += "<word>plain</word><word>&unknown;</word><word>&name;</word></entry>";
     }
     return text + "</list>";
@@ -66,7 +67,8 @@ std::string textsBelow(const Xml::Element& element) {
     std::vector<const Xml::Element*> words;
     element.findAllElements("word", words);
     std::string texts;
-    for (const Xml::Element* word : words) texts += std::string(word->getCharData()) + '|';
+    for (const Xml::Element* word : words)
+        texts.append(word->getCharData().toCString()).append("|");
     return texts;
 }
 
@@ -77,7 +79,7 @@ TEST_F(SharedDocument, GivesItsPlainTexts) {
 TEST_F(SharedDocument, GivesPlainTextsThatStayWhereTheyAre) {
     std::array<const Xml::DataHolder*, threads::kThreads> found{};
     const Xml::Element& word = *root().findElement("word", 3);
-    EXPECT_EQ(std::string(word.getChild(0)->toCharData()->operator[](0) == '&' ? "&" : ""), "&");
+    EXPECT_EQ((*word.getChild(0)->toCharData())[0], '&');
     threads::together([&](int number) {
         const Xml::DataHolder& text = word.getCharData();
         for (int i = 0; i < 100; ++i) EXPECT_EQ(&word.getCharData(), &text);
@@ -105,7 +107,7 @@ TEST_F(SharedDocument, CopiesItsPlainTexts) {
         for (int i = 0; i < root().getChildCount(); ++i) {
             Xml::DataHolder text;
             root().getElement(i)->getChild(0)->toCharData()->getData(&text);
-            texts += std::string(text) + '|';
+            texts.append(text.toCString()).append("|");
         }
         return texts;
     });
