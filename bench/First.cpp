@@ -1,6 +1,5 @@
 // The first parse of a process, and the memory of the document.
-#include <ctime>
-
+#include "bench/CpuTime.h"
 #include "bench/Fields.h"
 #include "bench/Measurements.h"
 #include "bench/Memory.h"
@@ -11,12 +10,6 @@ namespace {
 
 // The memory of smaller documents is lost between the pages of the process.
 constexpr std::size_t kLeastBytes = 100000;
-
-double cpuSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
 
 }  // namespace
 

@@ -3,7 +3,6 @@
 // in proportion to the document has a growth of about 10.
 #include <benchmark/benchmark.h>
 
-#include <iomanip>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -12,52 +11,23 @@
 
 #include "VexXml/Dom.h"
 #include "VexXml/XPath.h"
+#include "bench/GrowthTable.h"
+#include "bench/QueryDocuments.h"
 
 namespace {
 
 using Xml::Document;
-using Xml::Element;
 
 // Numbers of records, or levels.
 const std::vector<int> kSizes = {10000, 100000, 1000000};
-
-Element* addChild(Element& parent, const char* name) {
-    auto child = std::make_unique<Element>(name);
-    parent.addChild(child.get());
-    return child.release();
-}
-
-// Records side by side: <r><a id="7"><b>7</b><c/></a>…</r>
-std::unique_ptr<Document> makeFlat(int records) {
-    auto root = std::make_unique<Element>("r");
-    for (int i = 0; i < records; ++i) {
-        Element& record = *addChild(*root, "a");
-        record.setAttribute("id", i);
-        record.addElement("b", i);
-        addChild(record, "c");
-    }
-    return std::make_unique<Document>(root.release());
-}
-
-// Records one inside another: <a id="0"><b>0</b><a id="1">…</a><c/></a>
-std::unique_ptr<Document> makeDeep(int levels) {
-    auto root = std::make_unique<Element>("r");
-    std::vector<Element*> open{root.get()};
-    for (int i = 0; i < levels; ++i) {
-        Element& record = *addChild(*open.back(), "a");
-        record.setAttribute("id", i);
-        record.addElement("b", i);
-        open.push_back(&record);
-    }
-    for (; open.size() > 1; open.pop_back()) addChild(*open.back(), "c");
-    return std::make_unique<Document>(root.release());
-}
 
 // The documents are made once; nothing changes them.
 Document& documentOf(bool isDeep, int size) {
     static std::map<std::pair<bool, int>, std::unique_ptr<Document>> documents;
     std::unique_ptr<Document>& document = documents[{isDeep, size}];
-    if (!document) document = isDeep ? makeDeep(size) : makeFlat(size);
+    if (!document) {
+        document = isDeep ? Bench::makeDeepDocument(size) : Bench::makeFlatDocument(size);
+    }
     return *document;
 }
 
@@ -71,13 +41,17 @@ void runQuery(benchmark::State& state, const std::string& expression, bool isDee
     state.counters["results"] = static_cast<double>(results);
 }
 
+std::vector<std::string> columns() {
+    std::vector<std::string> heads;
+    for (const int size : kSizes) heads.push_back(std::to_string(size) + " ms");
+    return heads;
+}
+
 // One line for each query: a column of milliseconds for each size, and the growth to the last one.
-class GrowthTable : public benchmark::BenchmarkReporter {
+class Reporter : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context& /*context*/) override {
-        std::cout << std::left << std::setw(kNameWidth) << "query" << std::right;
-        for (const int size : kSizes) std::cout << std::setw(kWidth - 3) << size << " ms";
-        std::cout << std::setw(kWidth) << "growth" << std::setw(kWidth) << "results" << '\n';
+        mTable.printHead();
         return true;
     }
 
@@ -86,9 +60,6 @@ public:
     }
 
 private:
-    static constexpr int kNameWidth = 48;
-    static constexpr int kWidth = 12;
-
     void add(const Run& run) {
         if (run.error_occurred) {
             std::cout << run.run_name.function_name << ": " << run.error_message << '\n';
@@ -96,16 +67,13 @@ private:
         }
         mTimes.push_back(run.GetAdjustedCPUTime());
         if (mTimes.size() < kSizes.size()) return;
-        std::cout << std::left << std::setw(kNameWidth) << run.run_name.function_name << std::right
-                  << std::fixed;
-        for (const double time : mTimes)
-            std::cout << std::setprecision(3) << std::setw(kWidth) << time;
-        std::cout << std::setprecision(1) << std::setw(kWidth)
-                  << mTimes.back() / *(mTimes.end() - 2) << std::setprecision(0)
-                  << std::setw(kWidth) << run.counters.at("results").value << std::endl;
+        const auto results = static_cast<long>(run.counters.at("results").value);
+        mTable.printLine(run.run_name.function_name, mTimes, mTimes.back() / *(mTimes.end() - 2),
+                         {std::to_string(results)});
         mTimes.clear();
     }
 
+    Bench::GrowthTable mTable{"query", columns(), {"results"}};
     std::vector<double> mTimes;
 };
 
@@ -144,6 +112,6 @@ void registerQueries() {
 int main(int argc, char** argv) {
     registerQueries();
     benchmark::Initialize(&argc, argv);
-    GrowthTable table;
-    benchmark::RunSpecifiedBenchmarks(&table);
+    Reporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
 }
