@@ -1,6 +1,7 @@
 #include "dom/AttributeBlocks.h"
 
 #include <algorithm>
+#include <bit>
 #include <iterator>
 #include <utility>
 
@@ -10,6 +11,8 @@ namespace Xml {
 namespace {
 
 constexpr std::size_t kMostInBlock = 256;
+
+std::size_t lowestBit(std::size_t number) { return number & (~number + 1); }
 
 }  // namespace
 
@@ -24,9 +27,10 @@ void AttributeDeleter::operator()(Attribute* attribute) const noexcept {
 
 // Nothing throws once the attributes have this owner too.
 AttributeBlocks::AttributeBlocks(Attribute* const* attributes, std::size_t count)
-    : mBlocks(1), mSize(static_cast<int>(count)) {
+    : mBlocks(1), mSums(2), mSize(static_cast<int>(count)) {
     mBlocks.front().reserve(count);
     for (std::size_t i = 0; i < count; ++i) mBlocks.front().emplace_back(attributes[i]);
+    countAll();
 }
 
 AttributeBlocks::Place AttributeBlocks::placeOf(const std::string& name) const {
@@ -45,12 +49,29 @@ AttributeBlocks::Place AttributeBlocks::placeOf(const std::string& name) const {
     return {number, static_cast<std::size_t>(place - block->begin())};
 }
 
+// Goes on by as many blocks as there are in each sum that does not reach the index.
 AttributeBlocks::Place AttributeBlocks::placeOf(int index) const {
-    Place place{0, static_cast<std::size_t>(index)};
-    while (place.index >= mBlocks[place.block].size()) {
-        place.index -= mBlocks[place.block++].size();
+    std::size_t block = 0;
+    for (std::size_t step = std::bit_floor(mBlocks.size()); step > 0; step /= 2) {
+        if (block + step > mBlocks.size() || mSums[block + step] > index) continue;
+        block += step;
+        index -= mSums[block];
     }
-    return place;
+    return {block, static_cast<std::size_t>(index)};
+}
+
+void AttributeBlocks::count(std::size_t block, int change) {
+    for (std::size_t i = block + 1; i <= mBlocks.size(); i += lowestBit(i)) mSums[i] += change;
+}
+
+// Needs no memory where there were as many blocks before.
+void AttributeBlocks::countAll() {
+    mSums.assign(mBlocks.size() + 1, 0);
+    for (std::size_t i = 1; i <= mBlocks.size(); ++i) {
+        mSums[i] += static_cast<int>(mBlocks[i - 1].size());
+        const std::size_t next = i + lowestBit(i);
+        if (next <= mBlocks.size()) mSums[next] += mSums[i];
+    }
 }
 
 bool AttributeBlocks::holds(const Place& place, const std::string& name) const {
@@ -74,6 +95,7 @@ void AttributeBlocks::insert(std::unique_ptr<Attribute> attribute) {
         mBlocks.emplace_back(1);
         mBlocks.front().front().reset(attribute.release());
         mSize = 1;
+        countAll();
         return;
     }
     Place place = placeOf(attribute->heldName());
@@ -84,16 +106,19 @@ void AttributeBlocks::insert(std::unique_ptr<Attribute> attribute) {
     Block& block = mBlocks[place.block];
     block.insert(block.begin() + static_cast<std::ptrdiff_t>(place.index),
                  Item(attribute.release()));
+    count(place.block, 1);
     ++mSize;
 }
 
 void AttributeBlocks::splitBlock(std::size_t block) {
     mBlocks.reserve(mBlocks.size() + 1);
+    mSums.reserve(mBlocks.size() + 2);
     Block& full = mBlocks[block];
     const auto middle = full.begin() + static_cast<std::ptrdiff_t>(full.size() / 2);
     Block second(std::make_move_iterator(middle), std::make_move_iterator(full.end()));
     full.erase(middle, full.end());
     mBlocks.insert(mBlocks.begin() + static_cast<std::ptrdiff_t>(block) + 1, std::move(second));
+    countAll();
 }
 
 void AttributeBlocks::erase(int index) { erase(placeOf(index)); }
@@ -108,8 +133,10 @@ bool AttributeBlocks::erase(const std::string& name) {
 void AttributeBlocks::erase(const Place& place) {
     Block& block = mBlocks[place.block];
     block.erase(block.begin() + static_cast<std::ptrdiff_t>(place.index));
-    if (block.empty()) mBlocks.erase(mBlocks.begin() + static_cast<std::ptrdiff_t>(place.block));
     --mSize;
+    if (!block.empty()) return count(place.block, -1);
+    mBlocks.erase(mBlocks.begin() + static_cast<std::ptrdiff_t>(place.block));
+    countAll();
 }
 
 }  // namespace Xml

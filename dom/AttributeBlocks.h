@@ -59,8 +59,14 @@ private:
     bool holds(const Place& place, const std::string& name) const;
     void erase(const Place& place);
     void splitBlock(std::size_t block);
+    void count(std::size_t block, int change);
+    void countAll();
 
     std::vector<Block> mBlocks;
+    /// How many attributes are in one or more blocks up to each: the place of a block counts from 1
+    /// here, and as many blocks are added up as its lowest bit that is set says. So an index is
+    /// found in logarithmic time, and a change costs no more.
+    std::vector<int> mSums;
     int mSize = 0;
 };
 

@@ -64,7 +64,7 @@ Element::Element(const Element& other) : Element(other, WithoutChildren()) {
 
 // An element is copied without its children. One of a class that a caller derived copies itself.
 void Element::holdCopyOf(const Object& child) {
-    mChildren.makeRoom();
+    mChildren.makeRoom(mChildren.size());
     Object* copy = isExactly<Element>(child)
                        ? new Element(static_cast<const Element&>(child), WithoutChildren())
                        : child.clone();
@@ -267,13 +267,12 @@ Element* Element::addElement(const std::string& name, const DataHolder& text) {
 
 void Element::insertChild(const Object* before, Object* child) {
     if (before == nullptr) return addChild(child);
-    const auto place = std::find(mChildren.begin(), mChildren.end(), before);
-    insertAt(static_cast<std::size_t>(place - mChildren.begin()), child);
+    insertAt(mChildren.placeOf(before), child);
 }
 
 // What can fail comes first: the child is the element's only once it is among its children.
 void Element::insertAt(std::size_t place, Object* child) {
-    mChildren.makeRoom();
+    mChildren.makeRoom(place);
     noteChild(*child);
     bindNewChild(child);
     mChildren.insert(place, child);
@@ -304,8 +303,7 @@ void Element::dropUntrueMarks(Object* child) {
 }
 
 Object* Element::extractChild(Object* child) {
-    const auto place = std::find(mChildren.begin(), mChildren.end(), child);
-    return extractChild(static_cast<int>(place - mChildren.begin()));
+    return extractChild(static_cast<int>(mChildren.placeOf(child)));
 }
 
 Object* Element::extractChild(int index) {

@@ -53,11 +53,15 @@ void appendDescendants(ElementType& top, const std::string& name,
 }  // namespace
 
 bool Element::isChild(const Object* node) const {
-    return std::find(mChildren.begin(), mChildren.end(), node) != mChildren.end();
+    return mChildren.placeOf(node) != mChildren.size();
 }
 
 const Element* Element::getElement(int index) const {
     if (index < 0) return nullptr;
+    if (!is(MayHoldText)) {
+        const Object* child = getChild(index);
+        return child != nullptr ? child->toElement() : nullptr;
+    }
     return nthChildElement(*this, index, [](const Element&) { return true; });
 }
 

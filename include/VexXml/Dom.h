@@ -141,11 +141,13 @@ public:
     Object* const* end() const { return begin() + size(); }
     Object* operator[](std::size_t index) const { return begin()[index]; }
     Object* back() const { return end()[-1]; }
+    /// The size when it is not there. Costs in proportion to how far it is from the nearer end.
+    std::size_t placeOf(const Object* child) const;
 
     /// Makes room for so many children in all. Within it nothing that follows throws.
     void reserve(std::size_t count);
-    /// Makes room for one more, and for some after it.
-    void makeRoom();
+    /// Makes room for one more at that place, and for some after it.
+    void makeRoom(std::size_t place);
     void append(Object* const* children, std::size_t count);
     void insert(std::size_t place, Object* child);
     void erase(std::size_t place);
@@ -156,9 +158,13 @@ public:
     void swap(ChildList& other) noexcept { std::swap(mOnly, other.mOnly); }
 
 private:
+    /// What lies in front of the children. It takes as much room as a child, so that it can move to
+    /// where the first one was. Then the number of places in front of it stands in the last of
+    /// them.
     struct Block {
         std::uint32_t size;
-        std::uint32_t capacity;
+        std::uint32_t capacity : 31;
+        std::uint32_t hasGap : 1;
 
         Object** items() { return reinterpret_cast<Object**>(this + 1); }
     };
@@ -168,6 +174,11 @@ private:
     Object** items() { return isBlock() ? block()->items() : &mOnly; }
     std::size_t capacity() const { return isBlock() ? block()->capacity : 1; }
     void setSize(std::size_t size);
+    std::size_t gap() const;
+    Object** allPlaces() const { return reinterpret_cast<Object**>(block()) - gap(); }
+    void setBlock(Object** places, std::size_t gap, std::size_t size, std::size_t capacity);
+    void allocate(std::size_t count, bool inMiddle);
+    void moveToMiddle();
     void freeBlock() noexcept;
 
     /// The only child, or null; or the address of a block plus 1.
