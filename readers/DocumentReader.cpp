@@ -1,6 +1,7 @@
 #include "VexXml/Readers.h"
 #include "readers/CopyOf.h"
 #include "readers/LimitedRead.h"
+#include "streams/TokenMemory.h"
 
 namespace Xml {
 
@@ -33,11 +34,12 @@ bool DocumentReader::parse(InStream& in) {
 
 // prolog ::= XMLDecl? Misc* (doctypedecl Misc*)?
 bool DocumentReader::parseProlog(InStream& in) {
+    TokenMemory tokens(in);
     std::string token;
-    if (!peekToken(in, token)) return false;
+    if (!peekToken(in, tokens, token)) return false;
     VersionInfoReader declaration;
     if (token == "<?xml" && !parseWith(declaration, in)) return false;
-    if (!parseMisc(in) || !peekToken(in, token)) return false;
+    if (!parseMisc(in) || !peekToken(in, tokens, token)) return false;
     return token != "<!DOCTYPE" || (parseDoctype(in) && parseMisc(in));
 }
 
@@ -45,7 +47,7 @@ bool DocumentReader::parseDoctype(InStream& in) {
     const int start = in.getPosition();
     std::string token;
     for (int i = 0; i < 3; ++i) {
-        if (!getToken(in, token)) return false;
+        if (!Reader::getToken(in, token)) return false;
     }
     if (token == "PUBLIC") return skipPublicDoctype(in);
     in.setPosition(start);
@@ -58,10 +60,11 @@ bool DocumentReader::parseDoctype(InStream& in) {
 // Up to the ">" that is not inside the internal subset. A public identifier never gives a DTD:
 // deliberate, as such documents are to be read without one.
 bool DocumentReader::skipPublicDoctype(InStream& in) {
+    TokenMemory tokens(in);
     bool inSubset = false;
     std::string token;
     do {
-        if (!getToken(in, token)) return false;
+        if (!getToken(in, tokens, token)) return false;
         if (token == "[") inSubset = true;
         if (token == "]") inSubset = false;
         if (inSubset && token == "<!--" && !skip(in, "-->")) return false;
@@ -90,25 +93,43 @@ bool DocumentReader::parseElement(InStream& in) {
 bool DocumentReader::parseMisc(InStream& in) {
     in.eatWhite();
     if (in.eof()) return true;
+    TokenMemory tokens(in);
     for (;;) {
         std::string token;
-        if (!peekToken(in, token)) return in.eof();
+        if (!peekToken(in, tokens, token)) return in.eof();
         if (token == "<!--") {
             CommentReader comment;
             if (!parseWith(comment, in)) return false;
         } else if (token == "<?") {
-            PIReader instruction;
-            if (!parseWith(instruction, in)) return false;
+            if (!parseInstruction(in, tokens)) return false;
         } else {
             return true;
         }
     }
 }
 
+// What a `PIReader` does, and in its name, but for the memory.
+bool DocumentReader::parseInstruction(InStream& in, TokenMemory& tokens) {
+    PIReader instruction;
+    if (!tokens.checkToken("<?")) {
+        instruction.message(in, in.getErrorMessage());
+    } else if (instruction.skip(in, "?>")) {
+        return true;
+    }
+    setMessage(instruction.getErrorMessage());
+    return false;
+}
+
+bool DocumentReader::getToken(InStream& in, TokenMemory& tokens, std::string& token) {
+    if (tokens.getToken(token)) return true;
+    message(in, in.getErrorMessage());
+    return false;
+}
+
 // A token that cannot be read is not put back.
-bool DocumentReader::peekToken(InStream& in, std::string& token) {
+bool DocumentReader::peekToken(InStream& in, TokenMemory& tokens, std::string& token) {
     const int start = in.getPosition();
-    if (!getToken(in, token)) return false;
+    if (!getToken(in, tokens, token)) return false;
     in.setPosition(start);
     return true;
 }

@@ -8,6 +8,7 @@
 #include "readers/LimitedRead.h"
 #include "readers/Quotes.h"
 #include "streams/TextWindow.h"
+#include "streams/TokenMemory.h"
 #include "values/References.h"
 
 namespace Xml {
@@ -50,13 +51,14 @@ bool ElementReader::readAllContent(InStream& in) {
     ElementReader inner(mDtd);
     const ReadBudget::Share share(mBudget, inner.mBudget);
     TextWindow window(in);
+    TokenMemory tokens(in);
     TreeBuilder tree(*mElement, mDtd);
     ElementScanner scanner(window, tree, mBudget);
     for (scanner.read(); !tree.isComplete(); scanner.read()) {
         if (window.grow()) continue;
         window.handOver();
         ElementReader& reader = tree.isAtRoot() ? *this : inner;
-        if (!reader.readNext(in, tree, inner)) {
+        if (!reader.readNext(in, tokens, tree, inner)) {
             setMessage(reader.getErrorMessage());
             tree.abandon();
             return false;
@@ -68,9 +70,10 @@ bool ElementReader::readAllContent(InStream& in) {
 }
 
 // Reads one piece of content into the tree; of a child element `inner` reads the start tag.
-bool ElementReader::readNext(InStream& in, TreeBuilder& tree, ElementReader& inner) {
+bool ElementReader::readNext(InStream& in, TokenMemory& tokens, TreeBuilder& tree,
+                             ElementReader& inner) {
     tree.settle();
-    const ElementContent content = readContent(in, tree.innermost(), inner);
+    const ElementContent content = readContent(in, tokens, tree.innermost(), inner);
     const bool isChild =
         content == ElementContent::StartTag || content == ElementContent::EmptyElementTag;
     if (isChild && !isWithin(&ReadLimits::elementDepth, tree.depth() + 1, in)) return false;
@@ -126,10 +129,14 @@ bool ElementReader::readAttribute(InStream& in, const std::string& name) {
 //
 // White space in front of markup is dropped with the look ahead. A text, however, must look like a
 // token: one that begins with a quote needs another one somewhere behind it.
-ElementContent ElementReader::readContent(InStream& in, Element& element, ElementReader& inner) {
+ElementContent ElementReader::readContent(InStream& in, TokenMemory& tokens, Element& element,
+                                          ElementReader& inner) {
     const int start = in.getPosition();
     std::string token;
-    if (!getToken(in, token)) return ElementContent::Failed;
+    if (!tokens.getToken(token)) {
+        message(in, in.getErrorMessage());
+        return ElementContent::Failed;
+    }
     const auto leafIf = [](bool isRead) {
         return isRead ? ElementContent::Leaf : ElementContent::Failed;
     };

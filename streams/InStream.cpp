@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "VexXml/Streams.h"
+#include "streams/ReadStretch.h"
 #include "streams/TokenReader.h"
 
 namespace Xml {
@@ -139,12 +140,14 @@ void InStream::noteLineStart(int position) {
 void InStream::noteLineStarts(int begin, int end) { mNotedLines.emplace_back(begin, end); }
 
 const InStream::LineStarts& InStream::lineStarts() const {
+    ReadStretch looked;
     for (const auto& [begin, end] : mNotedLines) {
         if (end < 0) {
             mLineStarts.add(begin);
         } else {
-            const char* const piece = textInMemory()->toCString() + begin;
-            mLineStarts.addFrom(piece, static_cast<std::size_t>(end - begin), begin);
+            const int from = looked.extend(begin, end);
+            const char* const piece = textInMemory()->toCString() + from;
+            mLineStarts.addFrom(piece, static_cast<std::size_t>(end - from), from);
         }
     }
     mNotedLines.clear();
@@ -190,7 +193,10 @@ bool InStream::getStringInParseBuffer() {
 }
 
 bool InStream::checkTokenInParseBuffer(const char* expected, int size) {
-    if (!getTokenInParseBuffer()) return false;
+    return getTokenInParseBuffer() && expectAtEnd(expected, size);
+}
+
+bool InStream::expectAtEnd(const char* expected, int size) {
     if (CheckParseBufferEnd(expected, size)) return true;
     mErrorMessage = '"' + std::string(expected, static_cast<std::size_t>(size)) + "\" expected";
     return false;

@@ -148,7 +148,9 @@ void TextWindow::noteLineStartsOf(std::size_t begin, std::size_t end) {
     if (mIsInMemory) {
         mIn.noteLineStarts(positionOf(begin), positionOf(end));
     } else {
-        mIn.mLineStarts.addFrom(mText + begin, end - begin, positionOf(begin));
+        const int from = mLooked.extend(positionOf(begin), positionOf(end));
+        const std::size_t place = static_cast<std::size_t>(from) - mBase;
+        mIn.mLineStarts.addFrom(mText + place, end - place, from);
     }
     mIn.mAfterCR = mText[end - 1] == '\r';
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "VexXml/Streams.h"
+#include "streams/ReadStretch.h"
 
 namespace Xml {
 
@@ -111,6 +112,7 @@ private:
     /// Those that follow, where that is not so, since the last move.
     std::vector<std::pair<std::size_t, std::size_t>> mPassed;
     std::array<Ahead, 3> mAhead;
+    ReadStretch mLooked;  ///< for line starts, by positions in the stream
 };
 
 }  // namespace Xml

@@ -4,7 +4,7 @@
 
 namespace Xml {
 
-TokenReader::TokenReader(InStream& in) : mIn(in) {}
+TokenReader::TokenReader(InStream& in, TokenMemory* memory) : mIn(in), mMemory(memory) {}
 
 bool TokenReader::read() { return finish(startToken()); }
 
@@ -18,7 +18,10 @@ bool TokenReader::finish(Outcome outcome) {
             outcome = startToken();
         } else if (!mOpen.empty()) {
             outcome = resume(outcome);
-            if (outcome.state != Outcome::State::AwaitsToken) mOpen.pop_back();
+            if (outcome.state == Outcome::State::AwaitsToken) continue;
+            const Opener opener = mOpen.back();
+            mOpen.pop_back();
+            if (mMemory != nullptr && !mOpen.empty()) remember(opener, outcome);
         } else {
             setErrorText(outcome.left);
             return outcome.state == Outcome::State::Complete;
@@ -56,12 +59,38 @@ TokenReader::Outcome TokenReader::readString() {
 }
 
 TokenReader::Outcome TokenReader::readReference() {
+    if (mMemory == nullptr) return readReferenceText();
+    mReferenceAt = mIn.getPosition();
+    mIsRecalled = recallsReference(mReferenceAt);
+    if (mIsRecalled) return recallReference();
+    const Outcome outcome = readReferenceText();
+    const bool isEnded = outcome.state == Outcome::State::Complete;
+    mMemory->keepReference({mReferenceAt, mIn.getPosition(), isEnded, mIn.mAfterCR, {}});
+    return outcome;
+}
+
+TokenReader::Outcome TokenReader::readReferenceText() {
     char c = '&';
     do {
         if (!mIn.get(c)) return failedAtEnd();
         mIn.mParseBuffer += c;
     } while (c != ';');
     return {Outcome::State::Complete, {}};
+}
+
+// Not where all of it is asked for; and one without an end is met but once unless it is put back.
+bool TokenReader::recallsReference(int begin) const {
+    const TokenMemory::Reference& known = mMemory->mReference;
+    if (!mMemory->knowsReference(begin)) return false;
+    if (mOpen.empty()) return known.isEnded;
+    return mOpen.back().awaits != Opener::Awaits::Target || !known.text.empty();
+}
+
+TokenReader::Outcome TokenReader::recallReference() {
+    const TokenMemory::Reference& known = mMemory->mReference;
+    mIn.setPosition(known.end);
+    mIn.mAfterCR = known.isAfterCR;
+    return known.isEnded ? Outcome{Outcome::State::Complete, {}} : failedAtEnd();
 }
 
 TokenReader::Outcome TokenReader::readSlash() {
@@ -96,9 +125,40 @@ TokenReader::Outcome TokenReader::startMarkup() {
     }
     mIn.mParseBuffer += c;
     if (c == '/') return {Outcome::State::Complete, {}};
+    if (mMemory != nullptr && mOpen.empty()) {
+        if (const auto* known = mMemory->openerAt(mIn.getPosition())) return recall(*known);
+    }
     const auto awaits = c == '?' ? Opener::Awaits::Target : Opener::Awaits::DeclarationName;
     mOpen.push_back({awaits, mIn.StorePosition(), {}, {}});
     return {Outcome::State::AwaitsToken, {}};
+}
+
+TokenReader::Outcome TokenReader::recall(const TokenMemory::Opener& known) {
+    mIn.setPosition(known.end);
+    mIn.mAfterCR = known.isAfterCR;
+    mIn.mParseBuffer = known.text;
+    if (!known.hasError) return {Outcome::State::Complete, {}};
+    mIn.mErrorMessage = known.error;
+    return {Outcome::State::Complete, {LeftBehind::Text::AsItIs}};
+}
+
+// Most leave little: the opener itself, or that and "[".
+void TokenReader::remember(const Opener& opener, const Outcome& outcome) {
+    constexpr std::size_t kOpenerSize = 2;
+    constexpr std::size_t kLongest = 32;
+    if (!mRemembers) mMemory->mOpeners.clear();
+    mRemembers = true;
+    const int end = mIn.getPosition();
+    const auto begin = static_cast<std::size_t>(opener.behindOpener.second) - kOpenerSize;
+    if (outcome.state != Outcome::State::Complete || end < 0) return;
+    if (mIn.mParseBuffer.size() - begin > kLongest || outcome.left.size > kLongest) return;
+    const bool hasError = outcome.left.text != LeftBehind::Text::None;
+    if (outcome.left.text == LeftBehind::Text::AsItIs &&
+        (mIn.mErrorMessage.empty() || mIn.mErrorMessage.size() > kLongest)) {
+        return;
+    }
+    mMemory->mOpeners.push_back({opener.behindOpener.first, end, mIn.mParseBuffer.substr(begin),
+                                 hasError, errorText(outcome.left), mIn.mAfterCR});
 }
 
 TokenReader::Outcome TokenReader::resume(const Outcome& token) {
@@ -126,8 +186,17 @@ TokenReader::Outcome TokenReader::resumeTarget(Opener& opener, const Outcome& to
     if (named && endsWith("xml")) return {Outcome::State::Complete, token.left};
     mIn.RestorePosition(opener.behindOpener);
     if (named) return {Outcome::State::Complete, token.left};
-    mIn.mErrorMessage = "not a name: " + target;
+    leaveNotAName(target);
     return {Outcome::State::Complete, {LeftBehind::Text::AsItIs}};
+}
+
+// A long reference that is not a name is kept for the openers in it.
+void TokenReader::leaveNotAName(const std::string& target) {
+    constexpr std::size_t kLong = 32;
+    const bool isReference = mMemory != nullptr && !target.empty() && target.front() == '&';
+    if (isReference && mIsRecalled) return mMemory->leaveNotAName(mReferenceAt);
+    if (isReference && target.size() > kLong) mMemory->mReference.text = target.substr(1);
+    mIn.mErrorMessage = "not a name: " + target;
 }
 
 // "<!" and a name, or else "<!" and a token that is looked at once more
@@ -228,23 +297,26 @@ bool TokenReader::endsWith(std::string_view text) const {
 }
 
 void TokenReader::setErrorText(const LeftBehind& left) {
+    const bool isSet = left.text != LeftBehind::Text::None && left.text != LeftBehind::Text::AsItIs;
+    if (isSet) mIn.mErrorMessage = errorText(left);
+}
+
+std::string TokenReader::errorText(const LeftBehind& left) const {
     switch (left.text) {
         case LeftBehind::Text::None:
+            break;
         case LeftBehind::Text::AsItIs:
-            break;
+            return mIn.mErrorMessage;
         case LeftBehind::Text::EndOfStream:
-            mIn.mErrorMessage = "Unexpected end of stream";
-            break;
+            return "Unexpected end of stream";
         case LeftBehind::Text::NotAName:
-            mIn.mErrorMessage = "not a name: " + mIn.mParseBuffer.substr(left.begin, left.size);
-            break;
+            return "not a name: " + mIn.mParseBuffer.substr(left.begin, left.size);
         case LeftBehind::Text::BracketExpected:
-            mIn.mErrorMessage = "\"[\" expected";
-            break;
+            return "\"[\" expected";
         case LeftBehind::Text::CDataExpected:
-            mIn.mErrorMessage = "\"CDATA\" expected";
-            break;
+            return "\"CDATA\" expected";
     }
+    return {};
 }
 
 }  // namespace Xml

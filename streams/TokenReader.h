@@ -1,10 +1,12 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "VexXml/Streams.h"
+#include "streams/TokenMemory.h"
 
 namespace Xml {
 
@@ -21,7 +23,8 @@ namespace Xml {
 /// more at its end, the step sees its previous byte again, and callers know the resulting tokens.
 class TokenReader {
 public:
-    explicit TokenReader(InStream& in);
+    /// With a memory, what that has kept is not read again.
+    explicit TokenReader(InStream& in, TokenMemory* memory = nullptr);
 
     /// Reads a token, behind white space.
     bool read();
@@ -66,10 +69,17 @@ private:
     Outcome startMarkup();
     Outcome readRest(char first);
     Outcome readReference();
+    Outcome readReferenceText();
+    bool recallsReference(int begin) const;
+    Outcome recallReference();
     Outcome readString();
     Outcome readSlash();
 
+    Outcome recall(const TokenMemory::Opener& known);
+    void remember(const Opener& opener, const Outcome& outcome);
+
     Outcome resume(const Outcome& token);
+    void leaveNotAName(const std::string& target);
     Outcome resumeTarget(Opener& opener, const Outcome& token);
     Outcome resumeDeclaration(Opener& opener, const Outcome& token);
     Outcome resumeBracket(Opener& opener, const Outcome& token);
@@ -83,8 +93,13 @@ private:
     Outcome failedAtEnd() const;
     bool endsWith(std::string_view text) const;
     void setErrorText(const LeftBehind& left);
+    std::string errorText(const LeftBehind& left) const;
 
     InStream& mIn;
+    TokenMemory* mMemory;       ///< null for none
+    bool mRemembers = false;    ///< the openers in the memory are of this token
+    int mReferenceAt = -1;      ///< behind the "&" of the last reference; with a memory only
+    bool mIsRecalled = false;   ///< and it was not read
     std::vector<Opener> mOpen;  ///< outermost first
     int mRefusedAt = -1;        ///< where "CDATA[" was last looked for in vain; -1 for nowhere
     LeftBehind mRefusal;        ///< what that left behind

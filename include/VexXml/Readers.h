@@ -21,6 +21,7 @@ namespace Xml {
 
 class LimitedRead;
 class ReadBudget;
+class TokenMemory;
 class TreeBuilder;
 enum class ElementContent : int;
 
@@ -108,6 +109,7 @@ protected:
 
 private:
     friend class ChildrenSpecReader;
+    friend class DocumentReader;
     friend class ElementReader;
     friend class LimitedRead;
 
@@ -142,8 +144,9 @@ private:
     bool readAttributes(InStream& in, std::string& token);
     bool readAttribute(InStream& in, const std::string& name);
     bool readAllContent(InStream& in);
-    bool readNext(InStream& in, TreeBuilder& tree, ElementReader& inner);
-    ElementContent readContent(InStream& in, Element& element, ElementReader& inner);
+    bool readNext(InStream& in, TokenMemory& tokens, TreeBuilder& tree, ElementReader& inner);
+    ElementContent readContent(InStream& in, TokenMemory& tokens, Element& element,
+                               ElementReader& inner);
     ElementContent readChild(InStream& in, ElementReader& inner);
     bool readEndTag(InStream& in, const Element& element);
     bool readCDataSection(InStream& in, Element& element);
@@ -346,7 +349,9 @@ private:
     bool skipPublicDoctype(InStream& in);
     bool parseElement(InStream& in);
     bool parseMisc(InStream& in);
-    bool peekToken(InStream& in, std::string& token);
+    bool parseInstruction(InStream& in, TokenMemory& tokens);
+    bool getToken(InStream& in, TokenMemory& tokens, std::string& token);
+    bool peekToken(InStream& in, TokenMemory& tokens, std::string& token);
 
     std::unique_ptr<Document> mDocument;
     std::unique_ptr<Dtd> mDtd;

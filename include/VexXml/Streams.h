@@ -107,6 +107,7 @@ private:
 
     friend class StreamEnd;
     friend class TextWindow;
+    friend class TokenMemory;
     friend class TokenReader;
 
     /// All of the text, where it lies in memory and positions count its bytes; otherwise null.
@@ -129,6 +130,7 @@ private:
     bool getNameInParseBuffer();
     bool getStringInParseBuffer();
     bool checkTokenInParseBuffer(const char* expected, int size);
+    bool expectAtEnd(const char* expected, int size);
     bool CheckParseBufferEnd(const char* expected, int size) const;
     std::pair<int, int> StorePosition() const;
     void RestorePosition(const std::pair<int, int>& stored);
