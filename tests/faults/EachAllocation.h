@@ -6,7 +6,9 @@
 #include <optional>
 #include <string>
 
+#include "VexXml/Values.h"
 #include "faults/FailingMemory.h"
+#include "faults/Quiet.h"
 
 namespace faults {
 
@@ -52,6 +54,13 @@ bool failsBehind(long count, Failing failing, const std::string& expected,
     return hasFailed;
 }
 
+/// Reports something long, so that later reports find room for their texts, which the process
+/// keeps.
+inline void makeRoomForReports() {
+    const Quiet quiet;
+    const Xml::Message report(std::string(1000, '-'));
+}
+
 /// Lets each allocation of `Trial(arguments...).run()` fail in turn: it alone, and it with all that
 /// follow.
 ///
@@ -60,6 +69,7 @@ bool failsBehind(long count, Failing failing, const std::string& expected,
 /// lost. What the process keeps for good is made by a run in front.
 template <class Trial, class... Arguments>
 void failEachAllocation(const Arguments&... arguments) {
+    makeRoomForReports();
     const std::string expected = resultOf<Trial>(arguments...);
     for (const Failing failing : {Failing::Once, Failing::FromThenOn}) {
         bool hasFailed = true;
