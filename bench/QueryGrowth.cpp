@@ -43,6 +43,7 @@ void runQuery(benchmark::State& state, const std::string& expression, bool isDee
 
 std::vector<std::string> columns() {
     std::vector<std::string> heads;
+    heads.reserve(kSizes.size());
     for (const int size : kSizes) heads.push_back(std::to_string(size) + " ms");
     return heads;
 }
