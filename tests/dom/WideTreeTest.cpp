@@ -211,7 +211,7 @@ TEST(Children, KeepTheirOrderThroughChanges) {
             const bool isAtFront = round < 3 ? round % 2 == 0 : random() % 2 == 0;
             const bool isAnywhere = random() % 8 == 0;
             const std::size_t place = isAnywhere ? random() % (size + 1) : isAtFront ? 0 : size;
-            const auto at = expected.begin() + static_cast<std::ptrdiff_t>(place);
+            const auto at = std::next(expected.begin(), static_cast<std::ptrdiff_t>(place));
             const bool isShrinking = random() % 16 < (step / 1'000 % 2 == 0 ? 4U : 12U);
             if (!isShrinking) {
                 auto* child = new Xml::Element("b");
