@@ -9,19 +9,15 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "faults/Plan.h"
+
 namespace faults {
 namespace {
-
-struct Plan {
-    bool* hasFailed;  ///< null when there is no plan
-    long left;        ///< calls that still succeed
-};
 
 thread_local Plan plan;
 
 bool fails() {
-    if (plan.hasFailed == nullptr || *plan.hasFailed || plan.left-- > 0) return false;
-    *plan.hasFailed = true;
+    if (!plan.failsNow()) return false;
     errno = EIO;
     return true;
 }
@@ -34,11 +30,10 @@ long call(long number, Arguments... arguments) {
 }  // namespace
 
 FailingCalls::FailingCalls(long count, bool& hasFailed) {
-    hasFailed = false;
-    plan = {&hasFailed, count};
+    plan = Plan(hasFailed, Failing::Once, count);
 }
 
-FailingCalls::~FailingCalls() { plan.hasFailed = nullptr; }
+FailingCalls::~FailingCalls() { plan = Plan(); }
 
 }  // namespace faults
 

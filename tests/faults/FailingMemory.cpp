@@ -7,21 +7,8 @@
 namespace faults {
 namespace {
 
-struct Plan {
-    bool* hasFailed;  ///< null when there is no plan
-    Failing failing;
-    long left;  ///< allocations that still succeed
-};
-
 thread_local Plan plan;
 std::atomic<long> live;
-
-bool fails() {
-    if (plan.hasFailed == nullptr || plan.left-- > 0) return false;
-    if (plan.failing == Failing::Once && *plan.hasFailed) return false;
-    *plan.hasFailed = true;
-    return true;
-}
 
 void* counted(void* block) {
     if (block != nullptr) ++live;
@@ -29,12 +16,13 @@ void* counted(void* block) {
 }
 
 void* allocate(std::size_t size) noexcept {
-    return fails() ? nullptr : counted(std::malloc(size > 0 ? size : 1));
+    return plan.failsNow() ? nullptr : counted(std::malloc(size > 0 ? size : 1));
 }
 
 void* allocate(std::size_t size, std::align_val_t alignment) noexcept {
     const auto unit = static_cast<std::size_t>(alignment);
-    return fails() ? nullptr : counted(std::aligned_alloc(unit, (size + unit - 1) / unit * unit));
+    return plan.failsNow() ? nullptr
+                           : counted(std::aligned_alloc(unit, (size + unit - 1) / unit * unit));
 }
 
 void release(void* block) noexcept {
@@ -50,11 +38,10 @@ void* orThrow(void* block) {
 }  // namespace
 
 FailingMemory::FailingMemory(long count, Failing failing, bool& hasFailed) {
-    hasFailed = false;
-    plan = {&hasFailed, failing, count};
+    plan = Plan(hasFailed, failing, count);
 }
 
-FailingMemory::~FailingMemory() { plan.hasFailed = nullptr; }
+FailingMemory::~FailingMemory() { plan = Plan(); }
 
 long liveBlocks() { return live; }
 

@@ -1,9 +1,8 @@
 #pragma once
 
-namespace faults {
+#include "faults/Plan.h"
 
-/// Which allocations fail, once some have succeeded.
-enum class Failing { Once, FromThenOn };
+namespace faults {
 
 /// While it lives, allocations of this thread by `operator new` succeed only `count` times; then
 /// the next one throws `std::bad_alloc`, or every one does. `hasFailed` tells whether one did.

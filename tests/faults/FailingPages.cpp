@@ -8,19 +8,15 @@
 
 #include <cerrno>
 
+#include "faults/Plan.h"
+
 namespace faults {
 namespace {
-
-struct Plan {
-    bool* hasFailed;  ///< null when there is no plan
-    long left;        ///< calls that still succeed
-};
 
 thread_local Plan plan;
 
 bool fails() {
-    if (plan.hasFailed == nullptr || plan.left-- > 0) return false;
-    *plan.hasFailed = true;
+    if (!plan.failsNow()) return false;
     errno = ENOMEM;
     return true;
 }
@@ -28,11 +24,10 @@ bool fails() {
 }  // namespace
 
 FailingPages::FailingPages(long count, bool& hasFailed) {
-    hasFailed = false;
-    plan = {&hasFailed, count};
+    plan = Plan(hasFailed, Failing::FromThenOn, count);
 }
 
-FailingPages::~FailingPages() { plan.hasFailed = nullptr; }
+FailingPages::~FailingPages() { plan = Plan(); }
 
 }  // namespace faults
 

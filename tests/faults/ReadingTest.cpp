@@ -22,12 +22,14 @@ std::string textOf(const std::string& error, Xml::Document* document) {
     return error + "\n" + (document != nullptr ? support::dump(*document) : "no document");
 }
 
-struct FromMemory {
-    explicit FromMemory(const std::string& source) : text(source) {}
+/// Reads a document from what `Source` makes of a string.
+template <class Source>
+struct Reading {
+    explicit Reading(const std::string& string) : text(string) {}
     void run() {
-        Xml::StringInStream in(text);
+        Source source(text);
         Xml::DocumentReader reader;
-        reader.parse(in);
+        reader.parse(source.in);
         document.reset(reader.extractDocument());
         error = reader.getErrorMessage();
     }
@@ -38,38 +40,21 @@ struct FromMemory {
     std::string error;
 };
 
-struct FromFile {
-    explicit FromFile(const std::string& name) : path(name) {}
-    void run() {
-        std::ifstream file;
-        Xml::FileInStream in(path, &file);
-        Xml::DocumentReader reader;
-        reader.parse(in);
-        document.reset(reader.extractDocument());
-        error = reader.getErrorMessage();
-    }
-    std::string result() const { return textOf(error, document.get()); }
-
-    std::string path;
-    std::unique_ptr<Xml::Document> document;
-    std::string error;
+template <class Stream>
+struct Text {
+    explicit Text(const std::string& text) : in(text) {}
+    Stream in;
 };
 
-struct FromBareStream {
-    explicit FromBareStream(const std::string& source) : text(source) {}
-    void run() {
-        support::PlainInStream in(text);
-        Xml::DocumentReader reader;
-        reader.parse(in);
-        document.reset(reader.extractDocument());
-        error = reader.getErrorMessage();
-    }
-    std::string result() const { return textOf(error, document.get()); }
-
-    std::string text;
-    std::unique_ptr<Xml::Document> document;
-    std::string error;
+struct File {
+    explicit File(const std::string& path) : in(path, &file) {}
+    std::ifstream file;
+    Xml::FileInStream in;
 };
+
+using FromMemory = Reading<Text<Xml::StringInStream>>;
+using FromFile = Reading<File>;
+using FromBareStream = Reading<Text<support::PlainInStream>>;
 
 class FailingMemoryInReading : public testing::Test {
 protected:
