@@ -7,20 +7,21 @@
 
 namespace Xml {
 
-// A limited read ends with the reader that began it, so it is neither copied nor moved.
+// mBudget is of the read that goes on, which ends with the reader that began it: neither copies nor
+// moves touch it.
 
 Reader::Reader() = default;
 Reader::Reader(const Reader& other) : mMessage(other.mMessage), mLimits(other.mLimits) {}
 Reader::Reader(Reader&& other) noexcept
     : mMessage(std::move(other.mMessage)), mLimits(std::move(other.mLimits)) {}
-// cppcheck-suppress operatorEqVarError
+// cppcheck-suppress operatorEqVarError ; mBudget stays
 Reader& Reader::operator=(const Reader& other) {
     if (this == &other) return *this;
     mMessage = other.mMessage;
     mLimits = other.mLimits;
     return *this;
 }
-// cppcheck-suppress operatorEqVarError
+// cppcheck-suppress operatorEqVarError ; mBudget stays
 Reader& Reader::operator=(Reader&& other) noexcept {
     if (this == &other) return *this;
     mMessage = std::move(other.mMessage);
