@@ -21,6 +21,7 @@ Xml::ReadLimits tightLimits(std::size_t size) {
     limits.nameLength = 8;
     limits.valueLength = 12;
     limits.textLength = 24;
+    limits.entityGrowth = 10;
     limits.declarations = 6;
     limits.declarationBytes = 200;
     limits.groupDepth = 3;

@@ -82,8 +82,9 @@ bool DoctypeReader::readFile(InStream& in, DTDReader& declarations) {
     return read.end(parseWith(declarations, external));
 }
 
-// A path that is allowed is replaced by that of the file itself, so that what is opened is what was
-// looked at, whatever becomes of links on the way.
+// A path that is allowed is replaced by that of the file itself, so that links are not followed
+// once more when it is opened. Whoever may change the folder meanwhile can still make it lead
+// elsewhere.
 bool DoctypeReader::mayOpen(InStream& in, std::string& path) {
     if (limits() == nullptr) return true;
     if (!limits()->mayOpenFiles) {

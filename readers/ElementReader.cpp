@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <utility>
 
 #include "VexXml/Readers.h"
@@ -115,11 +116,7 @@ bool ElementReader::readAttribute(InStream& in, const std::string& name) {
         return false;
     }
     DataHolder value(unquoted(quoted));
-    const std::uint64_t limit = limits() != nullptr ? limits()->valueLength : ReadLimits::kNone;
-    if (limit != ReadLimits::kNone &&
-        !isWithin(&ReadLimits::valueLength, replacedSize(value, mDtd, limit), in)) {
-        return false;
-    }
+    if (!mayReplace(in, value, &ReadLimits::valueLength)) return false;
     mElement->setAttribute(name, replaceEntities(value, mDtd));
     return true;
 }
@@ -188,22 +185,33 @@ bool ElementReader::readCDataSection(InStream& in, Element& element) {
         text += c;
     }
     text.resize(text.size() - end.size());
-    if (!mayAddText(in, text.size())) return false;
+    if (!isWithin(&ReadLimits::textLength, text.size(), in)) return false;
+    if (!takesFrom(&ReadLimits::nodes, 1, in)) return false;
     auto section = std::make_unique<CharData>(DataHolder(text));
     element.addChild(section.get());
     section.release();
     return true;
 }
 
-bool ElementReader::mayAddText(InStream& in, std::uint64_t size) {
-    return isWithin(&ReadLimits::textLength, size, in) && takesFrom(&ReadLimits::nodes, 1, in);
+// What entities come to is measured before anybody puts it together: one may be short to name and
+// long. Only those of a DTD are longer than their references.
+bool ElementReader::mayReplace(InStream& in, const DataHolder& text,
+                               std::uint64_t ReadLimits::*length) {
+    if (limits() == nullptr) return true;
+    const auto size = static_cast<std::uint64_t>(text.getSize());
+    if (mDtd == nullptr) return isWithin(length, size, in);
+    const std::uint64_t growth = std::min(limits()->entityGrowth, ReadLimits::kNone - size);
+    const std::uint64_t most = std::min(limits()->*length, size + growth);
+    const std::uint64_t grown = std::max<std::uint64_t>(size, replacedSize(text, mDtd, most));
+    return isWithin(length, grown, in) && takesFrom(&ReadLimits::entityGrowth, grown - size, in);
 }
 
 // The text is kept as it stands, with its references.
 bool ElementReader::readCharData(InStream& in, Element& element) {
     auto text = std::make_unique<CharData>();
     if (!getCharData(in, text->data())) return false;
-    if (!mayAddText(in, static_cast<std::uint64_t>(text->data().getSize()))) return false;
+    if (!mayReplace(in, text->data(), &ReadLimits::textLength)) return false;
+    if (!takesFrom(&ReadLimits::nodes, 1, in)) return false;
     element.addChild(text.get());
     text.release();
     return true;

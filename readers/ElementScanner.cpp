@@ -37,7 +37,7 @@ bool ElementScanner::readCharData(std::size_t first) {
     const std::size_t end = mWindow.find('<', first);
     const std::size_t tokenEnd = lookAhead(first);
     if (end == mWindow.size() || tokenEnd == mWindow.size()) return false;
-    if (mBudget != nullptr && !mayAddText(end - begin)) return false;
+    if (mBudget != nullptr && (mayGrow(begin, end) || !mayAddText(end - begin))) return false;
     if (tokenEnd > end || mWindow[tokenEnd] == '\r') mWindow.passOver(begin, tokenEnd + 1);
     mWindow.passOver(begin, end + 1);
     mTree.addCharData(mWindow.at(begin), end - begin);
@@ -164,10 +164,14 @@ bool ElementScanner::mayAddElement(std::size_t nameSize) {
     return true;
 }
 
-// What references come to may be longer than they are, so it is left to be found out with care.
+// What entities come to may be longer than their references, and is left to be found out with care.
+bool ElementScanner::mayGrow(std::size_t begin, std::size_t end) const {
+    return mTree.hasDtd() && mWindow.text(begin, end).find('&') != std::string_view::npos;
+}
+
 bool ElementScanner::mayAddAttribute(const TreeBuilder::AttributeText& attribute) const {
-    const bool mayGrow = attribute.hasReference && mTree.hasDtd();
-    return !mayGrow && mBudget->isWithin(&ReadLimits::nameLength, attribute.nameSize) &&
+    return !(attribute.hasReference && mTree.hasDtd()) &&
+           mBudget->isWithin(&ReadLimits::nameLength, attribute.nameSize) &&
            mBudget->isWithin(&ReadLimits::valueLength, attribute.valueSize);
 }
 

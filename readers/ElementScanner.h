@@ -39,6 +39,7 @@ private:
     bool readAttributes(std::size_t& at);
     bool readAttribute(std::size_t name, std::size_t& at);
     std::size_t findQuote(char quote, std::size_t begin, bool& hasReference);
+    bool mayGrow(std::size_t begin, std::size_t end) const;
     bool mayAddText(std::size_t size);
     bool mayAddElement(std::size_t nameSize);
     bool mayAddAttribute(const TreeBuilder::AttributeText& attribute) const;

@@ -28,7 +28,8 @@ public:
     };
 
     explicit ReadBudget(std::shared_ptr<const ReadLimits> limits) : mLimits(std::move(limits)) {
-        mTaken.nodes = mTaken.declarations = mTaken.declarationBytes = 0;
+        mTaken.nodes = mTaken.entityGrowth = 0;
+        mTaken.declarations = mTaken.declarationBytes = 0;
     }
 
     const ReadLimits& limits() const { return *mLimits; }
@@ -45,7 +46,7 @@ public:
 
 private:
     std::shared_ptr<const ReadLimits> mLimits;
-    ReadLimits mTaken;  ///< where amounts are added up: `nodes` and those of declarations
+    ReadLimits mTaken;  ///< the amounts that are added up; nothing else is used
 };
 
 }  // namespace Xml

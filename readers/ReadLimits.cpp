@@ -21,6 +21,7 @@ constexpr LimitName kLimitNames[] = {
     {&ReadLimits::nameLength, "nameLength"},
     {&ReadLimits::valueLength, "valueLength"},
     {&ReadLimits::textLength, "textLength"},
+    {&ReadLimits::entityGrowth, "entityGrowth"},
     {&ReadLimits::declarations, "declarations"},
     {&ReadLimits::declarationBytes, "declarationBytes"},
     {&ReadLimits::groupDepth, "groupDepth"},
@@ -39,6 +40,7 @@ ReadLimits ReadLimits::untrusted() {
     limits.nameLength = 1000;
     limits.valueLength = 10 * kMebi;
     limits.textLength = 100 * kMebi;
+    limits.entityGrowth = 64 * kMebi;
     limits.declarations = 10'000;
     limits.declarationBytes = 4 * kMebi;
     limits.groupDepth = 100;

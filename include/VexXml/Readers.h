@@ -32,9 +32,8 @@ enum class ElementContent : int;
 struct ReadLimits {
     static constexpr std::uint64_t kNone = static_cast<std::uint64_t>(-1);
 
-    /// Limits that nearly all documents keep to, and under which no input takes much more than a
-    /// gigabyte of memory or, on a usual machine, a minute. The values stand behind the limits
-    /// below; no file is opened.
+    /// Limits that nearly all documents keep to. Their values stand behind the limits below; no
+    /// file is opened.
     VEXXML_API static ReadLimits untrusted();
     /// The limit of that name, "nodes" say, null for none: for whoever takes limits from a user.
     VEXXML_API static std::uint64_t ReadLimits::*named(const std::string& name);
@@ -46,8 +45,11 @@ struct ReadLimits {
     std::uint64_t attributesPerElement = kNone;  ///< 1000
     std::uint64_t nameLength = kNone;            ///< 1000 bytes
     /// Bytes of an attribute, also with its entities replaced, or of a string in a declaration.
-    std::uint64_t valueLength = kNone;       ///< 10 Mi
-    std::uint64_t textLength = kNone;        ///< 100 Mi, of the character data between two tags
+    std::uint64_t valueLength = kNone;  ///< 10 Mi
+    /// Bytes of the character data between two tags, also with its entities replaced.
+    std::uint64_t textLength = kNone;  ///< 100 Mi
+    /// Bytes by which all attributes and texts together are longer with their entities replaced.
+    std::uint64_t entityGrowth = kNone;      ///< 64 Mi
     std::uint64_t declarations = kNone;      ///< 10000, comments between them included
     std::uint64_t declarationBytes = kNone;  ///< 4 Mi, in all of them
     std::uint64_t groupDepth = kNone;        ///< 100, of parentheses in a content model
@@ -151,7 +153,7 @@ private:
     bool readEndTag(InStream& in, const Element& element);
     bool readCDataSection(InStream& in, Element& element);
     bool readCharData(InStream& in, Element& element);
-    bool mayAddText(InStream& in, std::uint64_t size);
+    bool mayReplace(InStream& in, const DataHolder& text, std::uint64_t ReadLimits::*length);
 
     std::unique_ptr<Element> mElement;
     Dtd* mDtd;

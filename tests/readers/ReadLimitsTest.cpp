@@ -74,6 +74,10 @@ std::string declaring(const std::string& declarations, const std::string& root) 
 
 const std::string kEmpty = "<!ELEMENT a EMPTY>";
 
+// What the entity stands for is three bytes longer than its reference.
+const std::string kGrowing =
+    "<!ENTITY e 'abcdef'><!ELEMENT a ANY><!ELEMENT b EMPTY><!ATTLIST a x CDATA ''>";
+
 const std::vector<Case> kCases = {
     {"totalBytes", &ReadLimits::totalBytes, 9, "<a>xy</a>", "<a>xyz</a>", 9, "DocumentReader"},
     {"totalBytes", &ReadLimits::totalBytes, 9, "<a>xy</a>", "<a>xy</a> ", 9, "DocumentReader"},
@@ -122,6 +126,14 @@ const std::vector<Case> kCases = {
      "ElementReader"},
     {"textLength", &ReadLimits::textLength, 3, "<a><![CDATA[abc]]></a>", "<a><![CDATA[abcd]]></a>",
      19, "ElementReader"},
+    {"textLength", &ReadLimits::textLength, 6,
+     declaring("<!ENTITY e 'abc'><!ELEMENT a (#PCDATA)>", "<a>&e;&e;</a>"),
+     declaring("<!ENTITY e 'abcd'><!ELEMENT a (#PCDATA)>", "<a>&e;&e;</a>"), 64, "ElementReader"},
+    {"entityGrowth", &ReadLimits::entityGrowth, 6, declaring(kGrowing, "<a x='&e;'>&e;</a>"),
+     declaring(kGrowing, "<a x='&e;'>&e;<b/>&e;</a>"), 113, "ElementReader"},
+    {"entityGrowth", &ReadLimits::entityGrowth, 6,
+     declaring(kGrowing, "<a x='&lt;'>&amp;&e;&e;</a>"),
+     declaring(kGrowing, "<a><a x='&e;&e;&e;'/></a>"), 111, "ElementReader"},
     {"declarations", &ReadLimits::declarations, 2, declaring(kEmpty + "<!--c-->", "<a/>"),
      declaring(kEmpty + "<!--c--><!ELEMENT b ANY>", "<a/>"), 48, "DTDReader"},
     {"declarationBytes", &ReadLimits::declarationBytes, 26, declaring(kEmpty + "<!--c-->", "<a/>"),
@@ -341,6 +353,17 @@ TEST_F(ReadLimitsFolder, CountsTheBytesOfTheFileForThemselves) {
                                  "Xml::DoctypeReader"));
 }
 
+// Each value and text is short, and even what entities make of it is within its limit.
+TEST(ReadLimits, KeepDocumentsFromGrowingByManyEntities) {
+    std::string content;
+    for (int i = 0; i < 100; ++i) content += "<b/>&e;";
+    const std::string text = declaring("<!ENTITY e '" + std::string(1000000, 'x') +
+                                           "'><!ELEMENT a (#PCDATA|b)*><!ELEMENT b EMPTY>",
+                                       "<a>" + content + "</a>");
+    EXPECT_NE(messageFor(text, ReadLimits::untrusted()).find("limit exceeded: entityGrowth"),
+              std::string::npos);
+}
+
 // Values that grow by their entities are not put together first.
 TEST(ReadLimits, KeepValuesFromGrowing) {
     std::string value;
@@ -369,12 +392,12 @@ TEST(ReadLimits, AreNoneAtFirst) {
 TEST(ReadLimits, ForUntrustedInputAreTheDocumentedOnes) {
     const ReadLimits limits = ReadLimits::untrusted();
     const std::pair<Limit, std::uint64_t> expected[] = {
-        {&ReadLimits::totalBytes, 268435456},     {&ReadLimits::elementDepth, 1000},
-        {&ReadLimits::nodes, 10000000},           {&ReadLimits::attributesPerElement, 1000},
-        {&ReadLimits::nameLength, 1000},          {&ReadLimits::valueLength, 10485760},
-        {&ReadLimits::textLength, 104857600},     {&ReadLimits::declarations, 10000},
-        {&ReadLimits::declarationBytes, 4194304}, {&ReadLimits::groupDepth, 100},
-        {&ReadLimits::validationSteps, 50000000}};
+        {&ReadLimits::totalBytes, 268435456}, {&ReadLimits::elementDepth, 1000},
+        {&ReadLimits::nodes, 10000000},       {&ReadLimits::attributesPerElement, 1000},
+        {&ReadLimits::nameLength, 1000},      {&ReadLimits::valueLength, 10485760},
+        {&ReadLimits::textLength, 104857600}, {&ReadLimits::entityGrowth, 67108864},
+        {&ReadLimits::declarations, 10000},   {&ReadLimits::declarationBytes, 4194304},
+        {&ReadLimits::groupDepth, 100},       {&ReadLimits::validationSteps, 50000000}};
     for (const auto& [limit, value] : expected) EXPECT_EQ(limits.*limit, value);
     EXPECT_FALSE(limits.mayOpenFiles);
     EXPECT_EQ(limits.folder, "");
