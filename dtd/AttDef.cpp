@@ -4,9 +4,14 @@
 #include "VexXml/Streams.h"
 
 namespace Xml {
+namespace {
+
+AttType known(AttType type) { return type >= AttValue && type <= AttFixed ? type : AttImplied; }
+
+}  // namespace
 
 AttDef::AttDef(AttType type, const DataHolder& defaultValue)
-    : mType(type), mDefaultValue(defaultValue) {
+    : mType(known(type)), mDefaultValue(defaultValue) {
     if (hasDefault() || mDefaultValue.isEmpty()) return;
     Message(std::string("<AttDef::AttDef> no default value for REQUIRED or IMPLIED"));
     mDefaultValue.clear();

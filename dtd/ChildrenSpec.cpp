@@ -8,12 +8,17 @@
 #include "dtd/Validator.h"
 
 namespace Xml {
+namespace {
+
+RepType known(RepType rep) { return rep >= RepOnce && rep <= RepOneOrMore ? rep : RepOnce; }
+
+}  // namespace
 
 ChildrenSpec::ChildrenSpec(Dtd* dtd, const std::string& name, RepType rep)
-    : ContentSpec(dtd), mRep(rep), mCp(std::make_unique<NameSpec>(dtd, name)) {}
+    : ContentSpec(dtd), mRep(known(rep)), mCp(std::make_unique<NameSpec>(dtd, name)) {}
 
 ChildrenSpec::ChildrenSpec(Dtd* dtd, CpSpec* cp, RepType rep)
-    : ContentSpec(dtd), mRep(rep), mCp(cp) {}
+    : ContentSpec(dtd), mRep(known(rep)), mCp(cp) {}
 
 ChildrenSpec::ChildrenSpec(const ChildrenSpec& other)
     : ContentSpec(other), mRep(other.mRep), mCp(copyOf(other.mCp.get())) {}

@@ -17,7 +17,7 @@
 
 namespace Xml {
 
-/// How often a content particle may occur. The values are fixed.
+/// How often a content particle may occur. The values are fixed; any other counts as `RepOnce`.
 enum RepType : int {
     RepOnce = 0,        ///< no suffix
     RepOptional = 1,    ///< "?"
@@ -25,7 +25,7 @@ enum RepType : int {
     RepOneOrMore = 3    ///< "+"
 };
 
-/// The default declaration of an attribute. The values are fixed.
+/// The default declaration of an attribute. The values are fixed; any other counts as `AttImplied`.
 enum AttType : int {
     AttValue = 0,     ///< a default value
     AttRequired = 1,  ///< "#REQUIRED"

@@ -25,7 +25,8 @@ namespace Xml {
 /// A source of bytes, and the lexer over it.
 ///
 /// A derived class supplies the bytes: `getChar`, `getPosition`, `setPosition` and `eof`. Positions
-/// are byte offsets from 0 and name the next byte to be read.
+/// are byte offsets from 0 and name the next byte to be read. As they are of type `int`, a stream
+/// has to end before 2 GiB.
 ///
 /// Needs: moving back must bring the same bytes again, as the lexer looks ahead. Over a source that
 /// cannot tell or change its position, a pipe say, only `get`, `skip` and `getChar` work.

@@ -84,4 +84,12 @@ TEST(ExtremeSizes, OfCharacterDataBelowZeroChangeNothing) {
     EXPECT_EQ(text.getSize(), 0);
 }
 
+TEST(ExtremeSizes, OfCharacterDataMayBeTheLargestInt) {
+    Xml::CharData text(Xml::DataHolder("text"));
+    EXPECT_TRUE(text.setSize(kMost));
+    EXPECT_EQ(text.getSize(), kMost);
+    EXPECT_EQ(text[0], 't');
+    EXPECT_EQ(text[kMost - 1], '\0');
+}
+
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <memory>
 #include <string>
 #include <utility>
@@ -52,6 +53,15 @@ TEST(AttDef, AnswersAndWritesByItsDefaultDeclaration) {
         EXPECT_EQ(textOf(def), row.text);
     }
     EXPECT_EQ(diagnostics.take(), Reports());
+}
+
+TEST(AttDef, TakesAnUnknownDefaultDeclarationForImplied) {
+    for (const int type : {INT_MIN, -1, 4, INT_MAX}) {
+        const Xml::AttStringType def(static_cast<Xml::AttType>(type), "");
+        EXPECT_EQ(textOf(def), "CDATA #IMPLIED") << type;
+        EXPECT_FALSE(def.isRequired()) << type;
+        EXPECT_FALSE(def.hasDefault()) << type;
+    }
 }
 
 TEST(AttDef, ReportsAndDropsAValueThatCannotBeADefault) {

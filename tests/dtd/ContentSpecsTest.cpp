@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -42,6 +43,25 @@ TEST_F(ContentSpecs, RepetitionsHaveFixedValues) {
     EXPECT_EQ(static_cast<int>(Xml::RepZeroOrMore), 2);
     EXPECT_EQ(static_cast<int>(Xml::RepOneOrMore), 3);
     EXPECT_EQ(sizeof(Xml::RepType), 4U);
+}
+
+TEST_F(ContentSpecs, AnUnknownRepetitionIsNone) {
+    mDtd.addElementDecl("a", new Xml::AnySpec(&mDtd));
+    for (const int rep : {INT_MIN, -1, 4, INT_MAX}) {
+        SCOPED_TRACE(rep);
+        const auto unknown = static_cast<Xml::RepType>(rep);
+        auto* list = new Xml::SeqSpec(&mDtd);
+        list->add("a", unknown);
+        list->add(new Xml::NameSpec(&mDtd, "a"), unknown);
+        const Xml::ChildrenSpec model(&mDtd, list, unknown);
+        EXPECT_EQ(textOf(model), "(a, a)");
+        for (const int count : {1, 2, 3}) {
+            Xml::Element parent("parent");
+            std::vector<Xml::Object*> children;
+            for (int i = 0; i < count; ++i) children.push_back(parent.addElement("a", ""));
+            EXPECT_EQ(model.validate(&children), count == 2) << count;
+        }
+    }
 }
 
 TEST_F(ContentSpecs, MixedContentWithoutNamesIsTextOnly) {
