@@ -1,6 +1,9 @@
 #include <algorithm>
+#include <memory>
+#include <string>
 
 #include "VexXml/Dtd.h"
+#include "tools/CommandLine.h"
 #include "tools/Commands.h"
 #include "tools/Diagnostics.h"
 #include "tools/ErrorPrinter.h"
@@ -8,9 +11,20 @@
 #include "tools/Reading.h"
 
 namespace tools {
+namespace {
+
+constexpr const char* kDescription =
+    "Write a document's type declaration as the library understood it";
+constexpr const char* kNotes =
+    "The declaration is also written when the document does not keep to it.\n";
+
+struct Options {
+    std::string input;
+    Xml::ReadLimits limits;
+};
 
 // The declarations are worth seeing most when the document does not keep to them.
-Status writeDtd(const DtdOptions& options) {
+Status writeDtd(const Options& options) {
     const std::string& input = options.input;
     const DocumentReading reading = readDocument(input, options.limits);
     if (reading.document == nullptr) return reading.status;
@@ -23,6 +37,15 @@ Status writeDtd(const DtdOptions& options) {
     const std::string text = textOf(*dtd);
     diagnostics.printAsWarnings(input);
     return writeToStandardOutput(text) ? reading.status : Trouble;
+}
+
+}  // namespace
+
+void addDtd(CLI::App& app, Status& status) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* command = addCommand(app, {"dtd", kDescription, kNotes, kStatuses}, options->limits);
+    addInput(*command, options->input);
+    command->callback([options, &status] { status = writeDtd(*options); });
 }
 
 }  // namespace tools

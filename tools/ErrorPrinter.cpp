@@ -2,10 +2,10 @@
 
 #include <unistd.h>
 
-#include <cstdlib>
 #include <iostream>
 #include <string_view>
 
+#include "tools/Colours.h"
 #include "tools/Place.h"
 
 namespace tools {
@@ -14,26 +14,12 @@ namespace {
 // What the library says may quote the document, and so be of any length.
 constexpr std::size_t kLongestText = 500;
 
-constexpr std::string_view kBold = "\x1b[1m";
-constexpr std::string_view kBoldRed = "\x1b[1;31m";
-constexpr std::string_view kBoldMagenta = "\x1b[1;35m";
-constexpr std::string_view kPlain = "\x1b[0m";
-
-bool isSet(const char* variable) {
-    const char* value = std::getenv(variable);
-    return value != nullptr && *value != '\0';
-}
-
-bool usesColour() {
-    static const bool uses = isatty(STDERR_FILENO) == 1 && !isSet("NO_COLOR");
-    return uses;
-}
-
 std::string coloured(std::string_view colour, std::string_view text) {
+    static const bool isColoured = usesColour(STDERR_FILENO);
     std::string out;
-    if (usesColour()) out += colour;
+    if (isColoured) out += colour;
     out += text;
-    if (usesColour()) out += kPlain;
+    if (isColoured) out += kPlain;
     return out;
 }
 

@@ -1,31 +1,48 @@
+#include <memory>
+#include <string>
+
 #include "VexXml/Dom.h"
+#include "tools/CommandLine.h"
 #include "tools/Commands.h"
-#include "tools/Diagnostics.h"
-#include "tools/ErrorPrinter.h"
-#include "tools/Output.h"
+#include "tools/DocumentOutput.h"
 #include "tools/Reading.h"
-#include "tools/Utf8.h"
 
 namespace tools {
 namespace {
 
-// Other programs will take what is written for UTF-8, whatever the document said.
-constexpr const char* kNotUtf8 = "what is written is not UTF-8, and no encoding is declared in it";
+constexpr const char* kNotes =
+    "What the library does not keep is not written either: comments, processing\n"
+    "instructions, document type declarations with PUBLIC, the encoding declaration,\n"
+    "and white space that stands alone between two tags. Levels are indented by tabs,\n"
+    "also where a line begins inside an attribute value. A file is replaced as a\n"
+    "whole, by a rename, so that it is never left half written.\n";
 
-}  // namespace
+struct Options {
+    std::string input;
+    Destination destination;
+    bool noShortTags = false;
+    Xml::ReadLimits limits;
+};
 
-Status format(const FormatOptions& options) {
+Status format(const Options& options) {
+    checkDestination(options.destination, options.input);
     const DocumentReading reading = readDocument(options.input, options.limits);
     if (reading.status != Success) return reading.status;
     Xml::Element::setShortNotationForEmptyTags(!options.noShortTags);
-    Diagnostics diagnostics;
-    const std::string text = textOf(*reading.document);
-    diagnostics.printAsWarnings(options.input);
-    if (!isUtf8(text)) printWarning(options.input, kNotUtf8);
-    const std::string& output = options.inPlace ? options.input : options.output;
-    const bool toFile = !output.empty() && output != "-";
-    const bool isWritten = toFile ? writeToFile(output, text) : writeToStandardOutput(text);
-    return isWritten ? Success : Trouble;
+    return writeDocument(reading, options.destination);
+}
+
+}  // namespace
+
+void addFormat(CLI::App& app, Status& status) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* command = addCommand(
+        app, {"format", "Write a document back, indented", kNotes, kStatuses}, options->limits);
+    addDestination(*command, options->destination);
+    command->add_flag("--no-short-tags", options->noShortTags,
+                      "Write <a></a> instead of <a/> for an empty element");
+    addInput(*command, options->input);
+    command->callback([options, &status] { status = format(*options); });
 }
 
 }  // namespace tools

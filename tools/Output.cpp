@@ -132,10 +132,22 @@ bool report(const std::error_code& failure, const std::string& name) {
 
 constexpr const char* kStandardOutput = "standard output";
 
+constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
+
 }  // namespace
 
 bool writeToStandardOutput(const std::string& text) {
     return report(writeAll(STDOUT_FILENO, text), kStandardOutput);
+}
+
+void BlockWriter::write(std::string_view text) {
+    mBlock += text;
+    if (mBlock.size() >= kBlockSize) flush();
+}
+
+void BlockWriter::flush() {
+    if (!mHasFailed) mHasFailed = !writeToStandardOutput(mBlock);
+    mBlock.clear();
 }
 
 bool closeStandardOutput() {

@@ -1,11 +1,26 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace tools {
 
 /// Writes the text to the standard output. Prints why when that fails, and answers false.
 bool writeToStandardOutput(const std::string& text);
+
+/// Writes to the standard output in blocks: many short texts one by one would cost a system call
+/// each, all at once memory. Once writing has failed, which is printed, nothing more is written.
+class BlockWriter {
+public:
+    void write(std::string_view text);
+    void flush();
+    bool hasFailed() const { return mHasFailed; }
+
+private:
+    std::string mBlock;
+    bool mHasFailed = false;
+};
+
 /// Some file systems only tell at the end that a write has failed. Prints so, and answers false.
 bool closeStandardOutput();
 

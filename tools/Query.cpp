@@ -1,7 +1,10 @@
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "VexXml/Dom.h"
 #include "VexXml/XPath.h"
+#include "tools/CommandLine.h"
 #include "tools/Commands.h"
 #include "tools/Diagnostics.h"
 #include "tools/ErrorPrinter.h"
@@ -13,33 +16,26 @@
 namespace tools {
 namespace {
 
+constexpr const char* kNotes =
+    "Of an attribute the value is printed, of an element its first text. With several\n"
+    "files each result, or count, has \"FILE:\" in front. A result may hold line feeds;\n"
+    "-0 ends it with a NUL. An expression that does not begin with \"/\" starts from the\n"
+    "document; in front of one that begins with \"-\" write \"--\". Kind tests stand\n"
+    "without parentheses, as in \"//title/text\", and names are compared as written, with\n"
+    "their prefixes. The document's own DTD need not be kept to. All files are tried.\n";
+
 constexpr const char* kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 
 constexpr const char* kReplaced = "bytes that are not UTF-8 appear as U+FFFD";
 constexpr const char* kNotUtf8 = "what is written is not UTF-8";
 
-// Writes results in blocks: one by one they would cost a system call each, all at once memory.
-class ResultPrinter {
-public:
-    explicit ResultPrinter(char separator) : mSeparator(separator) {}
-
-    void print(const std::string& prefix, const std::string& text) {
-        mBlock.append(prefix).append(text) += mSeparator;
-        if (mBlock.size() >= kBlockSize) flush();
-    }
-    void flush() {
-        if (!mHasFailed) mHasFailed = !writeToStandardOutput(mBlock);
-        mBlock.clear();
-    }
-    /// Whether something could not be written, which has been told.
-    bool hasFailed() const { return mHasFailed; }
-
-private:
-    static constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
-
-    char mSeparator;
-    std::string mBlock;
-    bool mHasFailed = false;
+struct Options {
+    std::string expression;
+    std::vector<std::string> inputs;
+    bool count = false;     ///< print how many results there are in place of the results
+    bool asNode = false;    ///< print nodes as XML in place of their texts
+    char separator = '\n';  ///< printed behind each result
+    Xml::ReadLimits limits;
 };
 
 // A document ends with a line feed, which is not to make an empty line in front of the next result.
@@ -58,33 +54,38 @@ std::string textOfResult(Xml::XPath& query, unsigned long index, bool asNode) {
 // One query over one document.
 class DocumentQuery {
 public:
-    DocumentQuery(const QueryOptions& options, const DocumentReading& reading)
+    DocumentQuery(const Options& options, const DocumentReading& reading)
         : mOptions(options), mSource(reading.source), mQuery(reading.document.get()) {
         if (options.inputs.size() > 1) mPrefix = mSource.name + ':';
     }
 
-    Status run(ResultPrinter& printer) {
+    Status run(BlockWriter& out) {
         const unsigned long count = mQuery.GetValues(mOptions.expression);
         if (mOptions.count) {
-            printer.print(mPrefix, std::to_string(count));
+            print(std::to_string(count), out);
         } else {
-            printResults(count, printer);
+            printResults(count, out);
         }
         return count > 0 ? Success : NothingSelected;
     }
 
 private:
-    void printResults(unsigned long count, ResultPrinter& printer) {
+    void print(const std::string& text, BlockWriter& out) const {
+        out.write(mPrefix);
+        out.write(text);
+        out.write({&mOptions.separator, 1});
+    }
+    void printResults(unsigned long count, BlockWriter& out) {
         Diagnostics diagnostics;
         bool isEachUtf8 = true;
         bool hasReplacement = false;
-        for (unsigned long i = 0; i < count && !printer.hasFailed(); ++i) {
+        for (unsigned long i = 0; i < count && !out.hasFailed(); ++i) {
             const std::string text = textOfResult(mQuery, i, mOptions.asNode);
             isEachUtf8 = isEachUtf8 && isUtf8(text);
             hasReplacement = hasReplacement || text.find(kReplacement) != std::string::npos;
-            printer.print(mPrefix, text);
+            print(text, out);
         }
-        printer.flush();
+        out.flush();
         diagnostics.printAsWarnings(mSource.name);
         if (!isEachUtf8) printWarning(mSource.name, kNotUtf8);
         const bool isReplaced =
@@ -92,31 +93,46 @@ private:
         if (isReplaced) printWarning(mSource.name, kReplaced);
     }
 
-    const QueryOptions& mOptions;
+    const Options& mOptions;
     const Source& mSource;
     std::string mPrefix;  ///< in front of each result
     Xml::XPath mQuery;
 };
 
-Status queryOne(const QueryOptions& options, const std::string& input, ResultPrinter& printer) {
+Status queryOne(const Options& options, const std::string& input, BlockWriter& out) {
     const DocumentReading reading = readDocument(input, options.limits, OwnDtd::Ignored);
     if (reading.status != Success) return Trouble;
-    return DocumentQuery(options, reading).run(printer);
+    return DocumentQuery(options, reading).run(out);
+}
+
+Status query(const Options& options) {
+    if (!checkExpression(options.expression)) return Trouble;
+    BlockWriter out;
+    Status total = NothingSelected;
+    for (const std::string& input : options.inputs) {
+        const Status status = queryOne(options, input, out);
+        if (status == Trouble || total == NothingSelected) total = status;
+        if (out.hasFailed()) return Trouble;
+    }
+    out.flush();
+    return out.hasFailed() ? Trouble : total;
 }
 
 }  // namespace
 
-Status query(const QueryOptions& options) {
-    if (!checkExpression(options.expression)) return Trouble;
-    ResultPrinter printer(options.separator);
-    Status total = NothingSelected;
-    for (const std::string& input : options.inputs) {
-        const Status status = queryOne(options, input, printer);
-        if (status == Trouble || total == NothingSelected) total = status;
-        if (printer.hasFailed()) return Trouble;
-    }
-    printer.flush();
-    return printer.hasFailed() ? Trouble : total;
+void addQuery(CLI::App& app, Status& status) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* command = addCommand(
+        app, {"query", "Print what an XPath expression selects", kNotes, kSelectionStatuses},
+        options->limits);
+    command->add_flag("--count", options->count, "Print only how many results there are");
+    CLI::Option* node = command->add_flag("--node", options->asNode, "Print nodes as XML");
+    command->add_flag("--value", "Print the text of each result (the default)")->excludes(node);
+    command->add_flag_callback(
+        "-0", [options] { options->separator = '\0'; }, "End results with a NUL, not a line feed");
+    addExpression(*command, options->expression);
+    addInputs(*command, options->inputs);
+    command->callback([options, &status] { status = query(*options); });
 }
 
 }  // namespace tools

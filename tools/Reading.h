@@ -6,8 +6,8 @@
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
 #include "VexXml/Readers.h"
-#include "tools/Commands.h"
 #include "tools/Source.h"
+#include "tools/Status.h"
 
 namespace tools {
 

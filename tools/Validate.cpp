@@ -1,8 +1,12 @@
 #include <algorithm>
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "VexXml/Dom.h"
 #include "VexXml/Dtd.h"
+#include "tools/CommandLine.h"
 #include "tools/Commands.h"
 #include "tools/Diagnostics.h"
 #include "tools/ErrorPrinter.h"
@@ -11,6 +15,19 @@
 
 namespace tools {
 namespace {
+
+constexpr const char* kNotes =
+    "Prints \"FILE: valid\" for each valid document. One without a document type\n"
+    "declaration, or with a PUBLIC one, is valid when it is well-formed. With --dtd the\n"
+    "document's own declaration is still read, but need not be kept to. All files are\n"
+    "tried; the worst one decides the exit status.\n";
+
+struct Options {
+    std::vector<std::string> inputs;
+    std::string dtd;  ///< empty for the DTD of each document
+    bool quiet = false;
+    Xml::ReadLimits limits;
+};
 
 // White space behind a document tells nothing about where it went wrong.
 std::size_t endOf(const std::string& text) { return text.find_last_not_of(" \t\r\n") + 1; }
@@ -32,9 +49,7 @@ Status validateOne(const std::string& input, const Xml::Dtd* dtd, const Xml::Rea
     return judgeBy(*dtd, reading);
 }
 
-}  // namespace
-
-Status validate(const ValidateOptions& options) {
+Status validate(const Options& options) {
     std::unique_ptr<Xml::Dtd> dtd;
     if (!options.dtd.empty()) {
         DtdReading reading = readDtd(options.dtd, options.limits);
@@ -49,6 +64,19 @@ Status validate(const ValidateOptions& options) {
         worst = std::max(worst, status);
     }
     return worst;
+}
+
+}  // namespace
+
+void addValidate(CLI::App& app, Status& status) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* command = addCommand(
+        app, {"validate", "Tell whether documents are valid", kNotes, kStatuses}, options->limits);
+    command->add_option("--dtd", options->dtd, "Judge by the declarations in this file alone")
+        ->type_name("DTD");
+    command->add_flag("--quiet", options->quiet, "Print nothing for valid documents");
+    addInputs(*command, options->inputs);
+    command->callback([options, &status] { status = validate(*options); });
 }
 
 }  // namespace tools
