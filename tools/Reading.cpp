@@ -97,7 +97,7 @@ std::optional<Failure> parseDocument(const std::string& text, OwnDtd ownDtd,
 DocumentReading readDocument(const std::string& name, const Xml::ReadLimits& limits,
                              OwnDtd ownDtd) {
     DocumentReading reading;
-    if (!readSource(name, reading.source)) {
+    if (!readSource(name, limits.totalBytes, reading.source)) {
         reading.status = Trouble;
         return reading;
     }
@@ -113,7 +113,7 @@ DocumentReading readDocument(const std::string& name, const Xml::ReadLimits& lim
 
 DtdReading readDtd(const std::string& name, const Xml::ReadLimits& limits) {
     Source source;
-    if (!readSource(name, source)) return {Trouble, nullptr};
+    if (!readSource(name, limits.totalBytes, source)) return {Trouble, nullptr};
     Diagnostics diagnostics;
     Xml::StringInStream in(source.text);
     Xml::DTDReader reader("");

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -25,14 +26,15 @@ std::size_t sizeOf(int file) {
     return static_cast<std::size_t>(info.st_size);
 }
 
-// Empty when all was read, else what went wrong.
-std::string readAll(int file, std::string& text) {
+// Empty when all was read, or more than the limit, else what went wrong.
+std::string readAll(int file, std::uint64_t limit, std::string& text) {
     const std::size_t expected = sizeOf(file);
     if (expected > kMaxSize) return kTooLong;
-    text.reserve(expected);
+    const std::size_t most = std::min<std::uint64_t>(limit, kMaxSize) + 1;
+    text.reserve(std::min(expected, most));
     std::array<char, 65536> block{};
-    while (text.size() <= kMaxSize) {
-        const ssize_t size = read(file, block.data(), block.size());
+    while (text.size() < most) {
+        const ssize_t size = read(file, block.data(), std::min(block.size(), most - text.size()));
         if (size == 0) return {};
         if (size > 0) {
             text.append(block.data(), static_cast<std::size_t>(size));
@@ -40,24 +42,24 @@ std::string readAll(int file, std::string& text) {
             return std::strerror(errno);
         }
     }
-    return kTooLong;
+    return text.size() > kMaxSize ? kTooLong : "";
 }
 
-std::string readFile(const std::string& name, std::string& text) {
-    if (name == "-") return readAll(STDIN_FILENO, text);
+std::string readFile(const std::string& name, std::uint64_t limit, std::string& text) {
+    if (name == "-") return readAll(STDIN_FILENO, limit, text);
     const int file = open(name.c_str(), O_RDONLY | O_CLOEXEC);
     if (file < 0) return std::strerror(errno);
-    std::string failure = readAll(file, text);
+    std::string failure = readAll(file, limit, text);
     close(file);
     return failure;
 }
 
 }  // namespace
 
-bool readSource(const std::string& name, Source& source) {
+bool readSource(const std::string& name, std::uint64_t limit, Source& source) {
     source.name = name;
     source.text.clear();
-    const std::string failure = readFile(name, source.text);
+    const std::string failure = readFile(name, limit, source.text);
     if (!failure.empty()) printError(name, "cannot be read: " + failure);
     return failure.empty();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace tools {
@@ -10,8 +11,11 @@ struct Source {
     std::string text;
 };
 
-/// Reads the whole file, or the standard input for "-". Prints why when it cannot be read, and
-/// answers false; so it does for 2 GiB or more, which is beyond the library's positions.
-bool readSource(const std::string& name, Source& source);
+/// Reads the file, or the standard input for "-". Prints why when it cannot be read, and answers
+/// false; so it does for 2 GiB or more, which is beyond the library's positions.
+///
+/// Of more than `limit` bytes, those and one more are read: enough for a reader with that limit to
+/// tell, and a stranger's pipe need not come to an end.
+bool readSource(const std::string& name, std::uint64_t limit, Source& source);
 
 }  // namespace tools

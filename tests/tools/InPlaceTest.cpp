@@ -11,7 +11,8 @@ using support::Outcome;
 using support::Workplace;
 using Names = std::vector<std::string>;
 
-const std::string kFormatted = "<?xml version = \"1.0\" ?>\n<a>\n\t<b/>\n</a>\n";
+const std::string kHead = "<?xml version = \"1.0\" ?>\n";
+const std::string kFormatted = kHead + "<a>\n\t<b/>\n</a>\n";
 
 TEST(InPlace, ReplacesTheFileAndLeavesNothingElse) {
     const Workplace place;
@@ -70,6 +71,26 @@ TEST(InPlace, KeepsTheFileWhenItCannotBeWrittenToTheEnd) {
               (Outcome{2, "", "a.xml: error: cannot be written: File too large\n"}));
     EXPECT_EQ(place.read("a.xml"), document);
     EXPECT_EQ(place.list(), Names{"a.xml"});
+}
+
+TEST(InPlace, KeepsTheFileAtWhateverByteWritingFails) {
+    const Workplace place;
+    place.write("a.xml", "<a />");
+    const std::size_t size = (kHead + "<a/>\n").size();
+    const std::string failure = "a.xml: error: cannot be written: File too large 2\n";
+    // The limit holds for every file that is written, so what is printed goes into a pipe.
+    const Outcome outcome =
+        place.run("for size in $(seq 0 " + std::to_string(size - 1) +
+                  "); do { prlimit --fsize=$size vexxml format --in-place a.xml 2>&1; echo $?; } | "
+                  "paste -sd ' '; [ \"$(cat a.xml)\" = '<a />' ] && [ \"$(ls -A)\" = a.xml ] || "
+                  "echo changed; done");
+    std::string failures;
+    for (std::size_t i = 0; i < size; ++i) failures += failure;
+    EXPECT_EQ(outcome, (Outcome{0, failures, ""}));
+    EXPECT_EQ(
+        place.run("prlimit --fsize=" + std::to_string(size) + " vexxml format --in-place a.xml"),
+        (Outcome{0, "", ""}));
+    EXPECT_EQ(place.read("a.xml"), kHead + "<a/>\n");
 }
 
 TEST(InPlace, KeepsTheFileWhenItsFolderCannotBeWrittenTo) {

@@ -85,6 +85,25 @@ TEST(Limits, KeepFilesToTheCurrentFolder) {
               (Outcome{0, "above.xml: valid\n", ""}));
 }
 
+// What gives the text never ends by itself.
+TEST(Limits, EndTheReadingOfAnInputWithoutAnEnd) {
+    EXPECT_EQ(Workplace().run("yes '<a>' | vexxml format --limit totalBytes=6 -"),
+              (Outcome{1, "",
+                       "-:2:3: error: limit exceeded: totalBytes = 6\n"
+                       "<a>\n"
+                       "  ^\n"}));
+    EXPECT_EQ(
+        Workplace().run("yes ' ' | vexxml validate --dtd - --limit totalBytes=100000 a.xml").status,
+        1);
+}
+
+TEST(Limits, AcceptAnInputOfJustAsManyBytes) {
+    const Workplace place;
+    place.write("a.xml", "<a/>");
+    EXPECT_TRUE(isAccepted(place, "format --limit totalBytes=4 a.xml"));
+    EXPECT_FALSE(isAccepted(place, "format --limit totalBytes=3 a.xml"));
+}
+
 // Matching ((b?)*) in front of anything else has no end of its own.
 TEST(Limits, EndEveryValidation) {
     const Workplace place;
