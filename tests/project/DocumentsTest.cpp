@@ -1,29 +1,24 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "project/Files.h"
+#include "project/Markdown.h"
 #include "support/TempFolder.h"
 
 namespace {
 
+using support::block;
+using support::blocksOf;
 using support::readSource;
 using support::sourcePath;
-
-// The text of a block between fences that begin with "```" and the language; `index` counts from 0.
-std::string block(const std::string& document, const std::string& language, int index = 0) {
-    const std::string opening = "```" + language + "\n";
-    std::size_t fence = document.find(opening);
-    for (; index > 0; --index) fence = document.find(opening, fence + 1);
-    if (fence == std::string::npos) return "no such block of " + language;
-    const std::size_t start = fence + opening.size();
-    return document.substr(start, document.find("```", start) - start);
-}
 
 std::string outputOf(const std::string& command) {
     std::string output;
@@ -31,52 +26,144 @@ std::string outputOf(const std::string& command) {
     if (pipe == nullptr) return "cannot run " + command;
     for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) output += static_cast<char>(c);
     const int status = pclose(pipe);
-    return status == 0 ? output : "status " + std::to_string(status);
+    return status == 0 ? output : output + "status " + std::to_string(status) + '\n';
 }
 
-struct Example {
+// A folder that programs may write to, with the examples in it.
+class Workplace {
+public:
+    Workplace() {
+        std::filesystem::create_directory_symlink(sourcePath("examples"), mFolder.path("examples"));
+    }
+
+    // What the command prints on either of its outputs.
+    std::string outputOf(const std::string& command) const {
+        return ::outputOf("cd '" + mFolder.path("") +
+                          "' && PATH='" VEXXML_PROGRAM_FOLDER "':'" VEXXML_EXAMPLES
+                          "':$PATH && { " +
+                          command + "; } 2>&1");
+    }
+
+private:
+    support::TempFolder mFolder;
+};
+
+// The documents that show code, and the program that it comes from. One source holds all that a
+// document shows, as a whole or in pieces; see `support::Snippet`.
+struct Chapter {
     const char* document;
     const char* source;
     const char* program;
 };
 
-constexpr Example kExamples[] = {{"README.md", "examples/Recipes.cpp", "recipes"},
-                                 {"docs/security.md", "examples/Untrusted.cpp", "untrusted"}};
+constexpr Chapter kChapters[] = {
+    {"README.md", "examples/Recipes.cpp", "recipes"},
+    {"docs/security.md", "examples/Untrusted.cpp", "untrusted"},
+    {"docs/dialect.md", "examples/handbook/Dialect.cpp", "handbook_Dialect"},
+    {"docs/editing.md", "examples/handbook/Editing.cpp", "handbook_Editing"},
+    {"docs/reading.md", "examples/handbook/Reading.cpp", "handbook_Reading"},
+    {"docs/settings.md", "examples/handbook/Settings.cpp", "handbook_Settings"},
+    {"docs/speed.md", "examples/handbook/Speed.cpp", "handbook_Speed"},
+    {"docs/start.md", "examples/handbook/Start.cpp", "handbook_Start"},
+    {"docs/streams.md", "examples/handbook/Streams.cpp", "handbook_Streams"},
+    {"docs/validation.md", "examples/handbook/Validation.cpp", "handbook_Validation"},
+    {"docs/writing.md", "examples/handbook/Writing.cpp", "handbook_Writing"},
+    {"docs/xpath.md", "examples/handbook/XPath.cpp", "handbook_XPath"},
+};
 
-TEST(Documents, ShowExamplesAsTheyAreCompiled) {
-    for (const Example& example : kExamples) {
-        const std::string shown = block(readSource(example.document), "cpp");
-        EXPECT_EQ(shown, readSource(example.source));
+// All that people read.
+std::vector<std::string> documents() {
+    std::vector<std::string> names;
+    for (const char* folder : {"", "docs", "examples"}) {
+        for (const auto& entry : std::filesystem::directory_iterator(sourcePath(folder))) {
+            if (entry.path().extension() != ".md") continue;
+            names.push_back(std::filesystem::relative(entry.path(), sourcePath("")).string());
+        }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+bool isChapter(const std::string& document) {
+    return std::any_of(std::begin(kChapters), std::end(kChapters),
+                       [&](const Chapter& chapter) { return document == chapter.document; });
+}
+
+TEST(Documents, ShowCodeThatIsCompiled) {
+    for (const Chapter& chapter : kChapters) {
+        std::string shown, compiled;
+        for (const support::Block& block : blocksOf(readSource(chapter.document))) {
+            if (block.language == "cpp") shown += block.text;
+        }
+        for (const auto& snippet : support::snippetsOf(readSource(chapter.source))) {
+            compiled += snippet.text;
+        }
+        EXPECT_EQ(shown, compiled) << chapter.document;
     }
 }
 
-TEST(Documents, ShowWhatTheirExamplesPrint) {
-    const std::string start = "cd '" + sourcePath("") + "' && '" VEXXML_EXAMPLES "/";
-    for (const Example& example : kExamples) {
-        const std::string shown = block(readSource(example.document), "text");
-        EXPECT_EQ(shown, outputOf(start + example.program + "'"));
+TEST(Documents, ShowNoOtherCode) {
+    for (const std::string& document : documents()) {
+        if (isChapter(document)) continue;
+        for (const support::Block& block : blocksOf(readSource(document))) {
+            EXPECT_NE(block.language, "cpp") << document << " shows " << block.text;
+        }
+    }
+}
+
+// The text behind each block of code, which is empty where none follows it.
+std::vector<std::string> textsBehindCode(const std::string& document) {
+    std::vector<std::string> texts;
+    bool isBehindCode = false;
+    for (const support::Block& block : blocksOf(document)) {
+        if (isBehindCode && block.language == "text") texts.back() = block.text;
+        isBehindCode = block.language == "cpp";
+        if (isBehindCode) texts.emplace_back();
+    }
+    return texts;
+}
+
+TEST(Documents, ShowWhatTheirCodePrints) {
+    for (const Chapter& chapter : kChapters) {
+        SCOPED_TRACE(chapter.document);
+        const Workplace workplace;
+        auto outputs = support::outputsOf(workplace.outputOf(chapter.program));
+        const auto snippets = support::snippetsOf(readSource(chapter.source));
+        const auto shown = textsBehindCode(readSource(chapter.document));
+        ASSERT_EQ(shown.size(), snippets.size());
+        for (std::size_t i = 0; i < snippets.size(); ++i) {
+            const std::string& name = snippets[i].name;
+            EXPECT_EQ(outputs.count(name) == 1, snippets[i].isRun) << name << " is not run";
+            EXPECT_EQ(shown[i], outputs[name]) << name;
+        }
     }
 }
 
 // What a terminal would show for the commands in a block, which stand behind prompts.
 std::string sessionOf(const std::string& shown) {
     const std::string prompt = "$ ";
+    const Workplace workplace;
     std::string session;
     std::istringstream lines(shown);
     for (std::string line; std::getline(lines, line);) {
         if (line.rfind(prompt, 0) != 0) continue;
         session.append(line).append("\n").append(
-            outputOf("PATH='" VEXXML_PROGRAM_FOLDER "':$PATH; { " + line.substr(prompt.size()) +
-                     "; } 2>&1 || true"));
+            workplace.outputOf("{ " + line.substr(prompt.size()) + "; } || true"));
     }
     return session;
 }
 
-TEST(Readme, ShowsWhatTheProgramPrints) {
-    const std::string readme = readSource("README.md");
-    for (const int index : {0, 1}) {
-        const std::string shown = block(readme, "console", index);
-        EXPECT_EQ(shown, sessionOf(shown));
+// One example takes a library that need not be there.
+bool isBuilt(const std::string& session) {
+    return VEXXML_HAS_ZLIB || session.find("read_gz") == std::string::npos;
+}
+
+TEST(Documents, ShowWhatATerminalShows) {
+    for (const std::string& document : documents()) {
+        for (const support::Block& block : blocksOf(readSource(document))) {
+            if (block.language != "console" || !isBuilt(block.text)) continue;
+            EXPECT_EQ(block.text, sessionOf(block.text)) << document;
+        }
     }
 }
 
@@ -99,29 +186,27 @@ TEST(Architecture, ShowsWhatItsDocumentIsWrittenAs) {
               outputOf("'" VEXXML_PROGRAM_FOLDER "/vexxml' format '" + path + "'"));
 }
 
-// Where the links of a document lead, as far as that is within the project.
-std::vector<std::string> linksOf(const std::string& document) {
-    std::vector<std::string> links;
-    const std::string opening = "](";
-    for (std::size_t at = document.find(opening); at != std::string::npos;
-         at = document.find(opening, at + 1)) {
-        const std::size_t start = at + opening.size();
-        std::string link = document.substr(start, document.find(')', start) - start);
-        if (link.find_first_of(":#") == std::string::npos) links.push_back(std::move(link));
-    }
-    return links;
+// What is wrong with the link, if anything.
+std::string mistakeIn(const std::string& link, const std::string& document) {
+    const std::size_t hash = std::min(link.find('#'), link.size());
+    const std::string file = link.substr(0, hash);
+    const std::filesystem::path target =
+        file.empty() ? std::filesystem::path(document)
+                     : (std::filesystem::path(document).parent_path() / file).lexically_normal();
+    if (!std::filesystem::exists(sourcePath(target.string()))) return "no such file: " + link;
+    if (hash == link.size()) return {};
+    const auto anchors = support::anchorsOf(readSource(target.string()));
+    const bool isThere =
+        std::find(anchors.begin(), anchors.end(), link.substr(hash + 1)) != anchors.end();
+    return isThere ? "" : "no such heading: " + link;
 }
 
-TEST(Documents, LinkToFilesThatExist) {
-    for (const std::string document :
-         {"README.md", "CONTRIBUTING.md", "CHANGELOG.md", "docs/architecture.md",
-          "docs/security.md", "docs/xpath.md"}) {
+TEST(Documents, LinkToWhatExists) {
+    for (const std::string& document : documents()) {
         const std::string text = readSource(document);
         EXPECT_NE(text, "") << document;
-        const std::filesystem::path path = sourcePath(document);
-        for (const std::string& link : linksOf(text)) {
-            EXPECT_TRUE(std::filesystem::exists(path.parent_path() / link))
-                << document << " links to " << link;
+        for (const std::string& link : support::linksOf(text)) {
+            EXPECT_EQ(mistakeIn(link, document), "") << document;
         }
     }
 }
