@@ -52,7 +52,7 @@ private:
     }
 
     std::unique_ptr<gzFile_s, Closer> mFile;
-    char mBlock[65536];
+    char mBlock[65536] = {};
     std::string mText;
     std::size_t mPosition = 0;
     bool mHasFailed = false;
