@@ -50,4 +50,9 @@ void addExpression(CLI::App& command, std::string& expression) {
     command.add_option("EXPRESSION", expression, "What to select")->required()->type_name("");
 }
 
+CLI::Validator numberFrom(std::size_t least) {
+    constexpr std::size_t kMost = 1000000000;
+    return CLI::Range(least, kMost).description("");
+}
+
 }  // namespace tools

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -32,5 +33,8 @@ void addInput(CLI::App& command, std::string& input);
 void addInputs(CLI::App& command, std::vector<std::string>& inputs);
 /// Adds the XPath expression, which is to stand in front of the documents.
 void addExpression(CLI::App& command, std::string& expression);
+
+/// The check of an option that takes a number.
+CLI::Validator numberFrom(std::size_t least);
 
 }  // namespace tools

@@ -16,5 +16,7 @@ void addFormat(CLI::App& app, Status& status);
 void addValidate(CLI::App& app, Status& status);
 void addDtd(CLI::App& app, Status& status);
 void addQuery(CLI::App& app, Status& status);
+void addTree(CLI::App& app, Status& status);
+void addStat(CLI::App& app, Status& status);
 
 }  // namespace tools

@@ -23,7 +23,7 @@ Status endParsing(const CLI::App& app, const CLI::ParseError& end) {
 }
 
 Status run(int argc, char** argv) {
-    CLI::App app("Reads, formats, validates and queries XML documents.", "vexxml");
+    CLI::App app("Reads, formats, validates, queries and outlines XML documents.", "vexxml");
     app.set_version_flag("--version", kVersion, "Print the version and exit");
     app.require_subcommand(1);
     app.footer("\"vexxml COMMAND --help\" tells more about a command.\n" + std::string(kStatuses) +
@@ -33,6 +33,8 @@ Status run(int argc, char** argv) {
     addValidate(app, status);
     addDtd(app, status);
     addQuery(app, status);
+    addTree(app, status);
+    addStat(app, status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& end) {

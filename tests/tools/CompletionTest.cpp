@@ -54,6 +54,7 @@ TEST(Completion, OffersTheOptionsOfEachCommandInBash) {
         EXPECT_EQ(wordsOf(completed("vexxml " + command + " -")), support::helpedOptions(command))
             << command;
     }
+    EXPECT_EQ(completed("vexxml tree --color a"), "always\nauto\n");
     EXPECT_EQ(completed("vexxml format a.xml --in"), "--in-place\n");
 }
 

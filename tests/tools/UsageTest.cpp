@@ -9,7 +9,7 @@ namespace {
 using support::Outcome;
 using support::Workplace;
 
-const char* const kCommands[] = {"", "format ", "validate ", "dtd ", "query "};
+const char* const kCommands[] = {"", "format ", "validate ", "dtd ", "query ", "tree ", "stat "};
 
 TEST(Usage, VersionIsToldEverywhere) {
     const Workplace place;
@@ -61,6 +61,12 @@ const std::pair<const char*, const char*> kWrong[] = {
     {"query //a", "FILE is required"},
     {"query -a a.xml", "FILE is required"},
     {"query --node --value //a a.xml", "--node excludes --value"},
+    {"tree", "FILE is required"},
+    {"tree --depth 0 a.xml", "--depth: Value 0 not in range 1 to 1000000000"},
+    {"tree --color red a.xml", "--color: red not in {auto,always,never}"},
+    {"stat", "FILE is required"},
+    {"stat --top 1 --all a.xml", "--top excludes --all"},
+    {"stat --top -1 a.xml", "--top: Value -1 not in range 0 to 1000000000"},
 };
 
 TEST(Usage, WrongArgumentsAreNamedAndEndWithStatusTwo) {
@@ -112,8 +118,8 @@ TEST(Usage, FilesWithoutPermissionAreNamed) {
 }
 
 const char* const kWriters[] = {
-    "format a.xml", "validate a.xml", "dtd a.xml",    "query / a.xml", "query --count //b a.xml",
-    "--help",       "--version",      "format --help"};
+    "format a.xml", "validate a.xml", "dtd a.xml", "query / a.xml", "query --count //b a.xml",
+    "tree a.xml",   "stat a.xml",     "--help",    "--version",     "format --help"};
 
 TEST(Usage, FullStandardOutputEndsWithStatusTwo) {
     const Workplace place;

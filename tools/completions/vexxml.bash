@@ -2,7 +2,7 @@
 
 _vexxml() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="format validate dtd query"
+    local commands="format validate dtd query tree stat"
     local common="-h --help --version --trusted --limit"
     local limits="totalBytes elementDepth nodes attributesPerElement nameLength valueLength
         textLength entityGrowth declarations declarationBytes groupDepth validationSteps"
@@ -17,6 +17,8 @@ _vexxml() {
         validate) options="--dtd --quiet" ;;
         dtd) ;;
         query) options="--count --node --value -0" ;;
+        tree) options="--depth --color" ;;
+        stat) options="--top --all" ;;
         "")
             mapfile -t COMPREPLY < <(compgen -W "$commands -h --help --version" -- "$current")
             return
@@ -30,7 +32,11 @@ _vexxml() {
             compopt -o nospace 2>/dev/null
             return
             ;;
-        -o | --output | --dtd) return ;;
+        --color)
+            mapfile -t COMPREPLY < <(compgen -W "auto always never" -- "$current")
+            return
+            ;;
+        -o | --output | --dtd | --depth | --top) return ;;
     esac
     [[ $current != -* ]] ||
         mapfile -t COMPREPLY < <(compgen -W "$options $common" -- "$current")
