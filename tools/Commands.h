@@ -18,5 +18,6 @@ void addDtd(CLI::App& app, Status& status);
 void addQuery(CLI::App& app, Status& status);
 void addTree(CLI::App& app, Status& status);
 void addStat(CLI::App& app, Status& status);
+void addEdit(CLI::App& app, Status& status);
 
 }  // namespace tools

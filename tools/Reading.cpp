@@ -20,15 +20,6 @@ struct Failure {
     int position;
 };
 
-// The text of "(line = L, column = C) TEXT <CLASS>": the place is printed in front of it, counted
-// as editors count, and the class is no concern of whoever wrote the document.
-std::string bareText(const std::string& message) {
-    const std::size_t placeEnd = message.find(") ");
-    const std::size_t classStart = message.rfind(" <");
-    if (placeEnd == std::string::npos || classStart < placeEnd + 2) return message;
-    return message.substr(placeEnd + 2, classStart - placeEnd - 2);
-}
-
 // Some failures have no text of their own; then the last report tells the most.
 Failure failureOf(const Xml::Reader& reader, const Xml::InStream& in, Diagnostics& diagnostics) {
     std::string text = bareText(reader.getErrorMessage());
@@ -124,6 +115,13 @@ DtdReading readDtd(const std::string& name, const Xml::ReadLimits& limits) {
     if (!failure) return {Success, std::unique_ptr<Xml::Dtd>(reader.extractDtd())};
     printError(source, static_cast<std::size_t>(failure->position), failure->text);
     return {BadDocument, nullptr};
+}
+
+std::string bareText(const std::string& message) {
+    const std::size_t placeEnd = message.find(") ");
+    const std::size_t classStart = message.rfind(" <");
+    if (placeEnd == std::string::npos || classStart < placeEnd + 2) return message;
+    return message.substr(placeEnd + 2, classStart - placeEnd - 2);
 }
 
 std::string textOf(Xml::Object& node) {

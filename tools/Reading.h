@@ -33,6 +33,10 @@ struct DtdReading {
 /// Reads a file of declarations, such as an external subset.
 DtdReading readDtd(const std::string& name, const Xml::ReadLimits& limits);
 
+/// The text of "(line = L, column = C) TEXT <CLASS>": the place is shown as editors count, and the
+/// class is no concern of whoever wrote the document.
+std::string bareText(const std::string& message);
+
 /// The text of a node, as `toStream` writes it.
 std::string textOf(Xml::Object& node);
 

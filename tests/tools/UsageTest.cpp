@@ -9,11 +9,23 @@ namespace {
 using support::Outcome;
 using support::Workplace;
 
-const char* const kCommands[] = {"", "format ", "validate ", "dtd ", "query ", "tree ", "stat "};
+const char* const kDocumentStatuses = "Exit status: 0 success, 1 a document that is not";
+
+// What may stand behind the program's name, and what is said about the exit status.
+const std::pair<std::string, const char*> kCommands[] = {
+    {"", kDocumentStatuses},
+    {"format ", kDocumentStatuses},
+    {"validate ", kDocumentStatuses},
+    {"dtd ", kDocumentStatuses},
+    {"query ", "Exit status: 0 something was selected in any file, 1 nothing was"},
+    {"tree ", kDocumentStatuses},
+    {"stat ", kDocumentStatuses},
+    {"edit ", "Exit status: 0 success, 1 nothing was selected, 2 a malformed expression"},
+};
 
 TEST(Usage, VersionIsToldEverywhere) {
     const Workplace place;
-    for (const std::string command : kCommands) {
+    for (const auto& [command, statuses] : kCommands) {
         EXPECT_EQ(place.run("vexxml " + command + "--version"),
                   (Outcome{0, "vexxml " VEXXML_VERSION "\n", ""}));
     }
@@ -21,14 +33,11 @@ TEST(Usage, VersionIsToldEverywhere) {
 
 TEST(Usage, HelpIsGivenEverywhereAndTellsTheExitStatuses) {
     const Workplace place;
-    for (const std::string command : kCommands) {
+    for (const auto& [command, statuses] : kCommands) {
         const Outcome help = place.run("vexxml " + command + "--help");
         EXPECT_EQ(help.status, 0) << help;
         EXPECT_EQ(help.err, "");
         EXPECT_NE(help.out.find("Usage: vexxml"), std::string::npos) << help;
-        const std::string statuses = command == "query "
-                                         ? "Exit status: 0 something was selected in any file"
-                                         : "Exit status: 0 success, 1 a document that is not";
         EXPECT_NE(help.out.find(statuses), std::string::npos) << help;
     }
 }
@@ -117,9 +126,17 @@ TEST(Usage, FilesWithoutPermissionAreNamed) {
         (Outcome{2, "", "secret.xml: error: cannot be read: Permission denied\n"}));
 }
 
-const char* const kWriters[] = {
-    "format a.xml", "validate a.xml", "dtd a.xml", "query / a.xml", "query --count //b a.xml",
-    "tree a.xml",   "stat a.xml",     "--help",    "--version",     "format --help"};
+const char* const kWriters[] = {"format a.xml",
+                                "validate a.xml",
+                                "dtd a.xml",
+                                "query / a.xml",
+                                "query --count //b a.xml",
+                                "tree a.xml",
+                                "stat a.xml",
+                                "edit --rename b /a a.xml",
+                                "--help",
+                                "--version",
+                                "format --help"};
 
 TEST(Usage, FullStandardOutputEndsWithStatusTwo) {
     const Workplace place;

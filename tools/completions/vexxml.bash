@@ -2,7 +2,7 @@
 
 _vexxml() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="format validate dtd query tree stat"
+    local commands="format validate dtd query tree stat edit"
     local common="-h --help --version --trusted --limit"
     local limits="totalBytes elementDepth nodes attributesPerElement nameLength valueLength
         textLength entityGrowth declarations declarationBytes groupDepth validationSteps"
@@ -19,6 +19,10 @@ _vexxml() {
         query) options="--count --node --value -0" ;;
         tree) options="--depth --color" ;;
         stat) options="--top --all" ;;
+        edit)
+            options="--set-text --set-attribute --remove-attribute --rename --add --delete
+                -o --output --in-place"
+            ;;
         "")
             mapfile -t COMPREPLY < <(compgen -W "$commands -h --help --version" -- "$current")
             return
@@ -36,7 +40,8 @@ _vexxml() {
             mapfile -t COMPREPLY < <(compgen -W "auto always never" -- "$current")
             return
             ;;
-        -o | --output | --dtd | --depth | --top) return ;;
+        -o | --output | --dtd | --depth | --top | --set-text | --set-attribute | --remove-attribute | \
+            --rename | --add) return ;;
     esac
     [[ $current != -* ]] ||
         mapfile -t COMPREPLY < <(compgen -W "$options $common" -- "$current")
