@@ -19,5 +19,6 @@ void addQuery(CLI::App& app, Status& status);
 void addTree(CLI::App& app, Status& status);
 void addStat(CLI::App& app, Status& status);
 void addEdit(CLI::App& app, Status& status);
+void addDiff(CLI::App& app, Status& status);
 
 }  // namespace tools

@@ -23,12 +23,14 @@ Status endParsing(const CLI::App& app, const CLI::ParseError& end) {
 }
 
 Status run(int argc, char** argv) {
-    CLI::App app("Reads, formats, validates, queries, outlines and edits XML documents.", "vexxml");
+    CLI::App app(
+        "Reads XML documents: formats, validates, queries, outlines, edits, compares them.",
+        "vexxml");
     app.set_version_flag("--version", kVersion, "Print the version and exit");
     app.require_subcommand(1);
-    app.footer(
-        "\"vexxml COMMAND --help\" tells more about a command.\n" + std::string(kStatuses) +
-        "\nFor query and edit: 0 something was selected, 1 nothing was, 2 trouble of any kind.");
+    app.footer("\"vexxml COMMAND --help\" tells more about a command.\n" + std::string(kStatuses) +
+               "\nFor query and edit: 0 something was selected, 1 nothing was, 2 trouble of any\n"
+               "kind. For diff: 0 no difference, 1 some, 2 trouble of any kind.");
     Status status = Success;
     addFormat(app, status);
     addValidate(app, status);
@@ -37,6 +39,7 @@ Status run(int argc, char** argv) {
     addTree(app, status);
     addStat(app, status);
     addEdit(app, status);
+    addDiff(app, status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& end) {

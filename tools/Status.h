@@ -10,7 +10,10 @@ enum Status : int {
 
     /// An expression selects nothing: then `Success` in one file is enough, and a bad document is
     /// `Trouble`, so that the answer is known from the status.
-    NothingSelected = 1
+    NothingSelected = 1,
+
+    /// Two documents differ; a bad document is `Trouble`.
+    Different = 1
 };
 
 }  // namespace tools

@@ -24,7 +24,8 @@ TEST(Limits, HoldForEveryCommand) {
     const Workplace place;
     place.write("fits.xml", nested(1000));
     place.write("deep.xml", nested(1001));
-    for (const char* command : {"format", "validate", "query --count //a", "tree", "stat"}) {
+    for (const char* command :
+         {"format", "validate", "query --count //a", "tree", "stat", "edit --rename a /a"}) {
         EXPECT_TRUE(isAccepted(place, std::string(command) + " fits.xml")) << command;
         EXPECT_FALSE(isAccepted(place, std::string(command) + " deep.xml")) << command;
         EXPECT_TRUE(isAccepted(place, std::string(command) + " --trusted deep.xml")) << command;

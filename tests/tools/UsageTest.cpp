@@ -20,6 +20,7 @@ const std::pair<std::string, const char*> kCommands[] = {
     {"query ", "Exit status: 0 something was selected in any file, 1 nothing was"},
     {"tree ", kDocumentStatuses},
     {"stat ", kDocumentStatuses},
+    {"diff ", "Exit status: 0 the documents are the same, 1 they differ, 2 wrong usage"},
     {"edit ", "Exit status: 0 success, 1 nothing was selected, 2 a malformed expression"},
 };
 

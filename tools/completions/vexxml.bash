@@ -2,7 +2,7 @@
 
 _vexxml() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local commands="format validate dtd query tree stat edit"
+    local commands="format validate dtd query tree stat edit diff"
     local common="-h --help --version --trusted --limit"
     local limits="totalBytes elementDepth nodes attributesPerElement nameLength valueLength
         textLength entityGrowth declarations declarationBytes groupDepth validationSteps"
@@ -23,6 +23,7 @@ _vexxml() {
             options="--set-text --set-attribute --remove-attribute --rename --add --delete
                 -o --output --in-place"
             ;;
+        diff) options="--quiet" ;;
         "")
             mapfile -t COMPREPLY < <(compgen -W "$commands -h --help --version" -- "$current")
             return
