@@ -14,14 +14,18 @@
 
 namespace VexSys {
 
+/// What an open file is for.
 enum FileAccessMode : std::uint32_t { kFileWrite = 0, kFileRead = 1 };
 
+/// Where an offset counts from.
 enum FileSeekMode : std::uint32_t { kSeekFromBeginning = 0 };
 
 /// Names a file by its path.
 class VEXSYS_API FileSpec {
 public:
+    /// The file need not exist. A relative path counts from the current folder.
     explicit FileSpec(std::string path);
+    /// The path as it was given.
     const std::string& GetPath() const;
 
 private:
@@ -63,6 +67,7 @@ protected:
     FileIOBase();
 
     struct State;
+    /// Of the open file, with what is buffered.
     std::unique_ptr<State> mState;
 };
 

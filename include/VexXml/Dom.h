@@ -196,12 +196,14 @@ public:
     virtual ~Object();
     /// Nodes are allocated together, as trees consist of very many. `new` and `delete` are used as
     /// ever.
+    /// @{
     static void* operator new(std::size_t size);
     static void* operator new(std::size_t size, std::align_val_t alignment);
     static void* operator new(std::size_t, void* place) noexcept { return place; }
     static void operator delete(void* node, std::size_t size) noexcept;
     static void operator delete(void* node, std::size_t size, std::align_val_t alignment) noexcept;
     static void operator delete(void*, void*) noexcept {}
+    /// @}
     /// Sets the DTD that entities and attribute defaults are looked up in; null for none. The DTD
     /// is not owned and must outlive the link.
     virtual void setDtd(const Dtd* dtd);
@@ -210,11 +212,14 @@ public:
     /// A short text for people, valid until the next call or change; see each kind of node. Nothing
     /// else may happen to the node meanwhile, although this is `const`.
     virtual const std::string& toString() const = 0;
+    /// Whether the node is of that kind. Each node is of one.
+    /// @{
     virtual bool isElement() const;
     virtual bool isAttribute() const;
     virtual bool isCharData() const;
     virtual bool isDtd() const;
     virtual bool isDocument() const;
+    /// @}
 
     /// The node that holds this one; null at the top.
     Object* getParent() const { return mParent.target(); }
@@ -236,6 +241,7 @@ public:
     static bool setRWOptimization(bool on);
 
     /// The node itself when it is of that kind; otherwise null, and a `Message` reports it.
+    /// @{
     Element* toElement();
     const Element* toElement() const;
     Attribute* toAttribute();
@@ -246,6 +252,7 @@ public:
     const Dtd* toDtd() const;
     Document* toDocument();
     const Document* toDocument() const;
+    /// @}
 
 protected:
     Object();
@@ -254,6 +261,7 @@ protected:
     /// Takes over everything, the link to the parent included.
     Object& operator=(const Object& other);
 
+    /// Writes all of the node. `toStream` calls it, unless the node is passed over.
     virtual void write(OutStream& out) const = 0;
 
 private:
@@ -337,6 +345,7 @@ public:
     const std::string& toString() const override;
     bool isAttribute() const override;
 
+    /// The name; empty for an attribute without one.
     const std::string& getName() const { return mName.text(); }
     /// The plain value: special characters stand for themselves.
     const DataHolder& getValue() const { return mValue; }
@@ -482,6 +491,7 @@ public:
     const std::string& toString() const override;
     bool isElement() const override;
 
+    /// The name, which is empty if none was valid.
     const std::string& getName() const { return mName.text(); }
     /// Reports a name that is not valid and changes nothing.
     void setName(const std::string& name);
@@ -498,12 +508,16 @@ public:
     Object* extractChild(int index);
     /// Deletes all children.
     void killChildren();
+    /// Whether the node is one of the children themselves; null is none.
     bool isChild(const Object* node) const;
+    /// The index-th child of any kind, or null.
     Object* getChild(int index) {
         return index >= 0 && index < getChildCount() ? mChildren[static_cast<std::size_t>(index)]
                                                      : nullptr;
     }
+    /// The index-th child of any kind, or null.
     const Object* getChild(int index) const { return const_cast<Element*>(this)->getChild(index); }
+    /// How many children there are, of any kind.
     int getChildCount() const { return static_cast<int>(mChildren.size()); }
     /// The index-th of the children that are elements.
     Element* getElement(int index);
@@ -515,6 +529,7 @@ public:
     /// The index-th attribute, in byte order of the names.
     Attribute* getAttribute(int index);
     const Attribute* getAttribute(int index) const;
+    /// Defaults from the DTD do not count.
     int getAttributeCount() const;
     /// The attribute's value, else the default that the DTD declares, else an empty text.
     const DataHolder& getAttributeValue(const std::string& name) const;
@@ -566,6 +581,7 @@ public:
     /// Switches, for the whole process, whether an element without children is written as `<a/>`
     /// (true, as at first) or `<a></a>`. Returns the previous setting.
     static bool setShortNotationForEmptyTags(bool on);
+    /// What `setShortNotationForEmptyTags` has set.
     static bool usingShortNotationForEmptyTags();
 
 protected:
@@ -629,6 +645,7 @@ public:
     /// Null when there is none. The document stays the owner.
     Element* getRoot();
     const Element* getRoot() const;
+    /// Null when there is none. The document stays the owner.
     Dtd* getDtd();
     const Dtd* getDtd() const;
     /// Hands the root to the caller, bound to no DTD; null when there is none.

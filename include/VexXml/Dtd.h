@@ -40,6 +40,7 @@ enum AttType : int {
 /// cleared when it is destroyed. Copying keeps it; `clone` sets another.
 class VEXXML_API ContentSpec {
 public:
+    /// Of no DTD when null.
     explicit ContentSpec(Dtd* dtd);
     virtual ~ContentSpec();
     /// Whether the children fit the model. Nodes that fit become bound to the DTD.
@@ -62,6 +63,7 @@ private:
 /// ANY: whatever there is. Children are neither inspected nor bound.
 class VEXXML_API AnySpec : public ContentSpec {
 public:
+    /// Of no DTD when null.
     explicit AnySpec(Dtd* dtd);
 
     bool validate(std::vector<Object*>* children) const override;
@@ -72,6 +74,7 @@ public:
 /// EMPTY: no children.
 class VEXXML_API EmptySpec : public ContentSpec {
 public:
+    /// Of no DTD when null.
     explicit EmptySpec(Dtd* dtd);
 
     bool validate(std::vector<Object*>* children) const override;
@@ -79,9 +82,10 @@ public:
     ContentSpec* clone(Dtd* newDtd) const override;
 };
 
-/// (#PCDATA): character data only.
+/// `(#PCDATA)`: character data only.
 class VEXXML_API CharSpec : public ContentSpec {
 public:
+    /// Of no DTD when null.
     explicit CharSpec(Dtd* dtd);
 
     bool validate(std::vector<Object*>* children) const override;
@@ -89,9 +93,10 @@ public:
     ContentSpec* clone(Dtd* newDtd) const override;
 };
 
-/// (#PCDATA | a | b)*: character data and the named elements, in any order.
+/// `(#PCDATA | a | b)*`: character data and the named elements, in any order.
 class VEXXML_API MixedSpec : public ContentSpec {
 public:
+    /// Without names at first, so that it allows character data alone.
     explicit MixedSpec(Dtd* dtd);
     MixedSpec(const MixedSpec& other);
     MixedSpec(MixedSpec&& other) noexcept;
@@ -117,6 +122,7 @@ class ChildrenSpec;
 /// A content particle without its repetition: a name, a choice or a sequence.
 class VEXXML_API CpSpec {
 public:
+    /// Of no DTD when null.
     explicit CpSpec(Dtd* dtd);
     virtual ~CpSpec();
     /// Matches children from the front of the queue, and takes from it what it matched. What was
@@ -161,6 +167,7 @@ private:
 /// (a | b): the first of its alternatives that matches.
 class VEXXML_API ChoiceSpec : public CpSpec {
 public:
+    /// Without alternatives at first.
     explicit ChoiceSpec(Dtd* dtd);
     ChoiceSpec(const ChoiceSpec& other);
     ChoiceSpec(ChoiceSpec&& other) noexcept;
@@ -168,6 +175,7 @@ public:
     ChoiceSpec& operator=(ChoiceSpec&& other) noexcept;
     ~ChoiceSpec() override;
 
+    /// Appends an alternative: elements of that name.
     void addChoice(const std::string& name, RepType rep);
     /// Takes ownership of the particle.
     void addChoice(CpSpec* cp, RepType rep);
@@ -192,6 +200,7 @@ private:
 /// (a, b): its items one after the other.
 class VEXXML_API SeqSpec : public CpSpec {
 public:
+    /// Without items at first.
     explicit SeqSpec(Dtd* dtd);
     SeqSpec(const SeqSpec& other);
     SeqSpec(SeqSpec&& other) noexcept;
@@ -199,6 +208,7 @@ public:
     SeqSpec& operator=(SeqSpec&& other) noexcept;
     ~SeqSpec() override;
 
+    /// Appends an item: elements of that name.
     void add(const std::string& name, RepType rep);
     /// Takes ownership of the particle.
     void add(CpSpec* cp, RepType rep);
@@ -224,6 +234,7 @@ private:
 /// that it does not match.
 class VEXXML_API ChildrenSpec : public ContentSpec {
 public:
+    /// Elements of one name.
     ChildrenSpec(Dtd* dtd, const std::string& name, RepType rep);
     /// Takes ownership of the particle.
     ChildrenSpec(Dtd* dtd, CpSpec* cp, RepType rep);
@@ -237,6 +248,7 @@ public:
     /// Matches children from the front of the queue, and takes from it what it matched.
     bool validate(std::queue<Object*>* pending) const;
     void toStream(OutStream& out) const override;
+    /// As a particle of another model writes it.
     void toStream(OutStream& out, bool parenthesise) const;
     ChildrenSpec* clone(Dtd* newDtd) const override;
 
@@ -260,6 +272,7 @@ public:
     /// A copy, owned by the caller.
     virtual AttDef* clone() const = 0;
 
+    /// Whether each element must have the attribute.
     bool isRequired() const;
     /// Whether there is a default value, which may be empty.
     bool hasDefault() const;
@@ -282,6 +295,7 @@ private:
 /// CDATA: any text.
 class VEXXML_API AttStringType : public AttDef {
 public:
+    /// As that of `AttDef`.
     AttStringType(AttType type, const DataHolder& defaultValue);
 
     void typeToStream(OutStream& out) const override;
@@ -294,6 +308,7 @@ public:
 /// Everything is kept, validated and written in byte order of the names.
 class VEXXML_API Dtd : public Object {
 public:
+    /// Without declarations, for documents of that type name.
     explicit Dtd(const std::string& name);
     /// Clones every model and definition, so a choice loses its "#PCDATA" alternative.
     Dtd(const Dtd& other);
@@ -328,16 +343,20 @@ public:
     /// Takes ownership of the definition if it is stored, which null is not. Reports an attribute
     /// that is declared already, keeps the first definition and answers false.
     bool addAttDecl(const std::string& element, const std::string& attribute, AttDef* def);
+    /// The same for an attribute of type `CDATA` without a value.
     bool addAttDecl(const std::string& element, const std::string& attribute, AttType type);
 
     /// Empty when there is no default.
     const DataHolder& getDefaultValue(const std::string& element,
                                       const std::string& attribute) const;
+    /// Whether there is a default, which may be empty.
     bool hasDefaultValue(const std::string& element, const std::string& attribute) const;
 
     /// Adds the entity or replaces its value. Does not touch.
     void setEntity(const std::string& name, const DataHolder& value);
+    /// Whether an entity of that name is declared.
     bool isEntityName(const std::string& name) const;
+    /// Whether any declared entity has just that value.
     bool isEntityValue(const DataHolder& value) const;
     /// Reports an unknown name and gives the reference to it, valid until the next such call, in
     /// whatever thread: with unknown names only one thread may ask at a time.
@@ -359,6 +378,7 @@ public:
     /// much as on the elements, and with a model that repeats what may be nothing it has no end. A
     /// model that is matched from left to right takes none. Without a limit at first.
     void setStepLimit(std::uint64_t steps);
+    /// What `setStepLimit` has set.
     std::uint64_t getStepLimit() const;
 
 protected:

@@ -30,6 +30,7 @@ enum class ElementContent : int;
 /// An amount may be as large as its limit. Whatever goes beyond fails the parse with an error text
 /// such as "limit exceeded: elementDepth = 1000", and the place in front of it.
 struct ReadLimits {
+    /// No limit.
     static constexpr std::uint64_t kNone = static_cast<std::uint64_t>(-1);
 
     /// Limits that nearly all documents keep to. Their values stand behind the limits below; no
@@ -56,9 +57,10 @@ struct ReadLimits {
     /// Steps of a validation, as `Dtd::setStepLimit` counts them. The DTD that is read keeps the
     /// limit for later validations.
     std::uint64_t validationSteps = kNone;  ///< 50 million
-    /// Whether "SYSTEM" may open a file, and the folder that it must be in, at any depth and with
-    /// all links followed; empty for any.
+    /// Whether "SYSTEM" may open a file.
     bool mayOpenFiles = true;
+    /// The folder that such a file must be in, at any depth and with all links followed; empty for
+    /// any.
     std::string folder;
 };
 
@@ -75,6 +77,7 @@ public:
     /// have no text.
     virtual bool parse(InStream& in) = 0;
 
+    /// Empty before a failure.
     const std::string& getErrorMessage() const;
 
     /// Limits what is read from now on, by `DocumentReader`, `ElementReader`, `DoctypeReader`,
@@ -93,13 +96,15 @@ protected:
     /// Lets another reader read. If it fails, its error text becomes this one's.
     bool parseWith(Reader& reader, InStream& in);
 
-    // The operations of the stream, except that a failure becomes the reader's error text.
+    /// The operation of the stream, except that a failure becomes the reader's error text.
+    /// @{
     bool checkToken(InStream& in, const std::string& expected);
     bool getName(InStream& in, std::string& name);
     bool getString(InStream& in, std::string& quoted);
     bool getToken(InStream& in, std::string& token);
     bool getCharData(InStream& in, DataHolder& text);
     bool skip(InStream& in, const std::string& until);
+    /// @}
 
     /// Those of the read that is going on; null without.
     const ReadLimits* limits() const;
@@ -139,6 +144,7 @@ public:
     /// The element, complete after success; null before. After a failure, as much of it as was
     /// read.
     Element* getRoot();
+    /// Hands the element to the caller; null when there is none.
     Element* extractRoot();
 
 private:
@@ -199,6 +205,7 @@ public:
     void setInternal(bool internal);
     /// What was read, before a failure too; null once it is extracted.
     Dtd* getDtd();
+    /// Hands it to the caller.
     Dtd* extractDtd();
 
 private:
@@ -236,6 +243,7 @@ private:
 /// Reads the declaration of an internal general entity into a `Dtd`, which must not be null.
 class VEXXML_API EntityReader : public Reader {
 public:
+    /// The entity is added to `dtd`.
     explicit EntityReader(Dtd* dtd);
 
     bool parse(InStream& in) override;
@@ -247,6 +255,7 @@ private:
 /// Reads an element declaration into a `Dtd`, which must not be null.
 class VEXXML_API ElementDeclReader : public Reader {
 public:
+    /// The declaration is added to `dtd`.
     explicit ElementDeclReader(Dtd* dtd);
 
     bool parse(InStream& in) override;
@@ -261,6 +270,7 @@ private:
 /// Reads a mixed content model.
 class VEXXML_API MixedSpecReader : public Reader {
 public:
+    /// The model will belong to `dtd`.
     explicit MixedSpecReader(Dtd* dtd);
     MixedSpecReader(const MixedSpecReader& other);
     MixedSpecReader(MixedSpecReader&& other) noexcept;
@@ -284,6 +294,7 @@ private:
 /// Reads the model of element-only content, of any depth.
 class VEXXML_API ChildrenSpecReader : public Reader {
 public:
+    /// The model will belong to `dtd`.
     explicit ChildrenSpecReader(Dtd* dtd);
     ChildrenSpecReader(const ChildrenSpecReader& other);
     ChildrenSpecReader(ChildrenSpecReader&& other) noexcept;
@@ -314,6 +325,7 @@ private:
 /// type is "CDATA".
 class VEXXML_API AttListReader : public Reader {
 public:
+    /// The definitions are added to `dtd`.
     explicit AttListReader(Dtd* dtd);
 
     bool parse(InStream& in) override;
@@ -343,6 +355,7 @@ public:
     /// The document; null before. It is also there when only its validation, or something behind
     /// its root element, failed.
     Document* getDocument();
+    /// Hands the document to the caller; null when there is none.
     Document* extractDocument();
 
 private:

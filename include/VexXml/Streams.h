@@ -43,7 +43,9 @@ class VEXXML_API InStream {
 public:
     /// Reads the next byte into `c`; false when there is none.
     virtual bool getChar(char& c) = 0;
+    /// The byte offset of the next byte to be read.
     virtual int getPosition() const = 0;
+    /// Makes the byte at that offset the next one to be read.
     virtual void setPosition(int position) = 0;
     /// True when no byte is left.
     virtual bool eof() = 0;
@@ -77,6 +79,7 @@ public:
     /// How far the current position is behind a line start: the one found just before the first
     /// that is not in front of the position. Without one, the position itself.
     int getColumn() const;
+    /// Why an operation answered false; empty before the first that did.
     const std::string& getErrorMessage() const;
 
 protected:
@@ -156,16 +159,22 @@ public:
     virtual bool isValid() const;
     /// Writes one byte as it is.
     virtual void putChar(char c) = 0;
+    /// The byte offset of the next byte to be written.
     virtual int getPosition() const = 0;
+    /// Goes on writing at that offset, over what stands there. Called by the read/write
+    /// optimisation alone.
     virtual void setPosition(int position) = 0;
 
+    /// Writes one byte, indented at the start of a line. Returns the stream.
     OutStream& operator<<(char c);
+    /// Writes all bytes, each line indented. Returns the stream.
     OutStream& operator<<(const std::string& text);
     /// Writes the bytes as they are: nothing is indented, and whether a line starts is not noted.
     OutStream& writeDataHolder(const DataHolder& text);
 
+    /// Indents by one level more.
     void incTab();
-    /// Does nothing at level 0.
+    /// Indents by one level less; does nothing at level 0.
     void decTab();
 
 protected:
@@ -191,6 +200,7 @@ private:
 /// A text of 2 GiB or more is refused with a `Message` and reads as empty.
 class VEXXML_API StringInStream : public InStream {
 public:
+    /// At the start of the text.
     explicit StringInStream(const std::string& text);
     StringInStream(const StringInStream&);
     StringInStream(StringInStream&&) noexcept;

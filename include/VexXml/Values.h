@@ -20,11 +20,14 @@ class Dtd;
 /// throws `std::length_error` and stays as it is.
 class VEXXML_API DataHolder {
 public:
+    /// Empty.
     DataHolder();
     // NOLINTBEGIN(google-explicit-constructor): texts and numbers convert freely
+    /// All bytes of the text.
     DataHolder(const std::string& text);
     /// The bytes up to the NUL; empty for null.
     DataHolder(const char* text);
+    /// The number in decimal digits.
     DataHolder(int number);
     /// The number as `toString(double)` writes it, so under the float precision of the moment.
     DataHolder(double number);
@@ -42,13 +45,16 @@ public:
     /// Appends the first `count` bytes, which may lie inside this text; none when `count` is
     /// below 1.
     void append(const char* bytes, int count);
+    /// Appends one byte. Returns the holder, as `pop` does.
     DataHolder& push(char byte);
     /// Removes the last byte. Needs: not empty; an empty holder throws `std::length_error`.
     DataHolder& pop();
+    /// Leaves an empty text.
     void clear();
 
     /// The length in bytes.
     int getSize() const { return static_cast<int>(size()); }
+    /// Whether there is no byte.
     bool isEmpty() const { return size() == 0; }
 
     /// Makes room for `size` bytes and returns true. A size below the present length changes
@@ -56,6 +62,7 @@ public:
     bool reserve(std::uint64_t size);
     /// Cuts the text, or extends it with NULs. True when the length is now `size`.
     bool setSize(std::uint64_t size);
+    /// Exchanges the texts, which takes no memory.
     void swap(DataHolder& other) noexcept;
 
     /// The bytes with a NUL behind them, valid until the next change.
@@ -65,11 +72,14 @@ public:
     /// The number at the start of the text, behind white space; 0 when there is none.
     double toDouble() const;
 
+    /// Whether both have the same bytes.
     bool operator==(const DataHolder& other) const;
+    /// Whether they differ in any byte or in length.
     bool operator!=(const DataHolder& other) const;
     /// The byte at `index`, which is not checked.
     char& operator[](std::uint64_t index);
     const char& operator[](std::uint64_t index) const;
+    /// All bytes, NULs included.
     operator std::string() const;  // NOLINT(google-explicit-constructor): texts convert freely
 
 private:
@@ -117,6 +127,7 @@ private:
 
 /// Space, tab, line feed or carriage return; nothing else.
 VEXXML_API bool isWhite(char c);
+/// An ASCII digit.
 VEXXML_API bool isDigit(char c);
 /// An ASCII letter.
 VEXXML_API bool isLetter(char c);
@@ -131,6 +142,7 @@ VEXXML_API bool isName(const std::string& text);
 VEXXML_API int toInt(const std::string& text);
 /// The number at the start of the text, behind white space; 0 when there is none.
 VEXXML_API double toDouble(const std::string& text);
+/// The number in decimal digits.
 VEXXML_API std::string toString(int number);
 /// The number in fixed notation, rounded to the float precision, without zeros at its end.
 ///
@@ -140,6 +152,7 @@ VEXXML_API std::string toString(double number);
 /// returns the previous setting (2 at first). A negative number changes nothing. Like all settings
 /// of the process, it may be changed at any time by any thread.
 VEXXML_API int setFloatPrecision(int digits);
+/// What `setFloatPrecision` has set.
 VEXXML_API int getFloatPrecision();
 
 /// Replaces every reference in the text, such as "&lt;", "&#65;" or "&#x41;", by what it stands

@@ -71,6 +71,7 @@ public:
         ContextIsNotANode = 26           ///< `a` when the query before it gave a number
     };
 
+    /// What a result is.
     enum ResultKind : std::uint32_t { Node = 0, String = 1, Number = 2, Boolean = 3 };
 
     /// A node or a value.
@@ -78,7 +79,7 @@ public:
         /// The index of the context item that a value inside a predicate belongs to. Always -1 for
         /// the results of a query.
         std::int32_t tag = -1;
-        ResultKind kind = Node;
+        ResultKind kind = Node;    ///< tells which of the following counts
         Object* node = nullptr;    ///< Node only, not owned
         VexSys::Uni16String text;  ///< String only
         double number = 0;         ///< Number only
@@ -112,6 +113,7 @@ public:
         TextNode = 5        ///< `text`
     };
 
+    /// The operators, with the forms that they are written in.
     enum ExpressionOperators : std::uint32_t {
         Less = 0,            ///< `<` or ` lt `
         LessOrEqual = 1,     ///< `<=` or ` le `
@@ -149,6 +151,7 @@ public:
 
     /// Runs the query as `GetValues` does and gives the text of the first result, or an empty one.
     VexSys::Uni16String GetValue(const VexSys::Uni16String& expression, long wordIndex = -1);
+    /// The same in UTF-8.
     std::string GetValueUTF8(const std::string& expression, long wordIndex = -1);
 
     /// The text of a result, counted from 0. When there is none, an empty text and
@@ -162,8 +165,10 @@ public:
     /// of the first space, be it nothing; an empty value, or any other index, is
     /// `IndexOutOfBounds`.
     VexSys::Uni16String GetValue(unsigned long index, long wordIndex = -1);
+    /// The same in UTF-8.
     std::string GetValueUTF8(unsigned long index, long wordIndex = -1);
 
+    /// The number of results of the last query.
     unsigned long GetNrOfResults() const;
     /// Valid until the next query.
     const std::vector<ResultItem>& GetResults() const;
@@ -174,12 +179,14 @@ public:
     bool SyntaxOK(const VexSys::Uni16String& expression);
     bool SyntaxOK(const std::string& expression);
 
+    /// Why the last query has no result; `NoError` when it has one.
     ErrorCode GetErrorCode() const;
     /// The piece of the expression that the error is about; empty when it is about none.
     VexSys::Uni16String GetErrorDetail() const;
     /// The text of the error, in the language of `VexSys::Localization`, and for most of them
     /// " --> " and the detail.
     VexSys::Uni16String GetErrorString() const;
+    /// The same in UTF-8.
     std::string GetErrorStringUTF8() const;
 
 private:
