@@ -1,5 +1,6 @@
 #include "tools/Reading.h"
 
+#include <algorithm>
 #include <optional>
 #include <sstream>
 
@@ -7,6 +8,7 @@
 #include "VexXml/Streams.h"
 #include "tools/Diagnostics.h"
 #include "tools/ErrorPrinter.h"
+#include "tools/Progress.h"
 
 namespace tools {
 namespace {
@@ -14,6 +16,31 @@ namespace {
 constexpr const char* kInvalid = "Doc could not be validated";
 constexpr const char* kTooManySteps = "limit exceeded: validationSteps";
 constexpr const char* kTextBehindRoot = "text behind the root element";
+
+// A text that is read piece by piece, as readers do with files, so that it is known how far they
+// have come. They find the same as in a text in memory.
+class WatchedInStream : public Xml::StringInStream {
+public:
+    WatchedInStream(const std::string& text, Progress& progress)
+        : Xml::StringInStream(text), mText(text), mProgress(progress) {}
+
+private:
+    const Xml::DataHolder* textInMemory() const override { return nullptr; }
+
+    bool readAhead(std::size_t position, std::size_t count, std::string& ahead) override {
+        mProgress.show(position);
+        ahead.append(mText, std::min(position, mText.size()), count);
+        return true;
+    }
+
+    const std::string& mText;
+    Progress& mProgress;
+};
+
+std::unique_ptr<Xml::InStream> streamOver(const std::string& text, Progress& progress) {
+    if (progress.isWanted()) return std::make_unique<WatchedInStream>(text, progress);
+    return std::make_unique<Xml::StringInStream>(text);
+}
 
 struct Failure {
     std::string text;
@@ -70,7 +97,9 @@ std::optional<Failure> findTextBehindRoot(const std::string& text, Xml::InStream
 std::optional<Failure> parseDocument(const std::string& text, OwnDtd ownDtd,
                                      const Xml::ReadLimits& limits, Diagnostics& diagnostics,
                                      std::unique_ptr<Xml::Document>& document) {
-    Xml::StringInStream in(text);
+    Progress progress("parsing", text.size());
+    const std::unique_ptr<Xml::InStream> stream = streamOver(text, progress);
+    Xml::InStream& in = *stream;
     Xml::DocumentReader reader;
     reader.setLimits(limits);
     const bool isRead = reader.parse(in);

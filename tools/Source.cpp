@@ -11,6 +11,7 @@
 #include <limits>
 
 #include "tools/ErrorPrinter.h"
+#include "tools/Progress.h"
 
 namespace tools {
 namespace {
@@ -33,11 +34,13 @@ std::string readAll(int file, std::uint64_t limit, std::string& text) {
     const std::size_t most = std::min<std::uint64_t>(limit, kMaxSize) + 1;
     text.reserve(std::min(expected, most));
     std::array<char, 65536> block{};
+    Progress progress("reading", expected);
     while (text.size() < most) {
         const ssize_t size = read(file, block.data(), std::min(block.size(), most - text.size()));
         if (size == 0) return {};
         if (size > 0) {
             text.append(block.data(), static_cast<std::size_t>(size));
+            progress.show(text.size());
         } else if (errno != EINTR) {
             return std::strerror(errno);
         }
