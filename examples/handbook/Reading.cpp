@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -54,6 +55,25 @@ void errors() {
         if (read(in, reason) == nullptr) std::cout << in.getPosition() << ": " << reason << '\n';
     }
     //! [errors]
+}
+
+//! [place]
+// "LINE:COLUMN" of a position in a text, both counted from 1, as editors do.
+std::string placeOf(const std::string& text, int position) {
+    const std::string before = text.substr(0, static_cast<std::size_t>(position));
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    const std::size_t column = before.size() - (before.rfind('\n') + 1) + 1;
+    return std::to_string(line) + ':' + std::to_string(column);
+}
+//! [place]
+
+void places() {
+    //! [places]
+    const std::string text = "<menu>\n  <dish>soup</dishes>\n</menu>\n";
+    Xml::StringInStream in(text);
+    std::string reason;
+    if (read(in, reason) == nullptr) std::cout << placeOf(text, in.getPosition()) << '\n';
+    //! [places]
 }
 
 void missing() {
@@ -121,6 +141,7 @@ int main() {
     runAll({{"sources", sources},
             {"pipe", pipe},
             {"errors", errors},
+            {"places", places},
             {"missing", missing},
             {"messages", messages},
             {"invalid", invalid},
