@@ -278,13 +278,8 @@ std::string expectedBindings(Xml::Element& top, const support::ReferenceValidato
     return out;
 }
 
-// There are five times as many of each size as of the one before: the largest are for tests that
-// are optimised.
-#ifdef __OPTIMIZE__
-constexpr int kLargestTree = 5;
-#else
+// There are five times as many of each size as of the one before.
 constexpr int kLargestTree = 4;
-#endif
 
 TEST(ExhaustiveValidation, OfSmallTrees) {
     std::vector<std::string> trees;
