@@ -1,7 +1,6 @@
 #include <array>
 #include <atomic>
 #include <memory>
-#include <utility>
 
 #include "VexXml/Dom.h"
 #include "values/Bytes.h"

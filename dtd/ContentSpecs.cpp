@@ -1,4 +1,3 @@
-#include <string>
 
 #include "VexXml/Streams.h"
 #include "dtd/ModelAccess.h"

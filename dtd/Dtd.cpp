@@ -3,7 +3,6 @@
 #include <string>
 #include <utility>
 
-#include "VexXml/Streams.h"
 #include "dom/EmptyText.h"
 #include "dtd/QuickValidator.h"
 #include "dtd/Validator.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <typeinfo>
+#include <utility>
 
 #include "dtd/ModelAccess.h"
 

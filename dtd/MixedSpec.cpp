@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "VexXml/Streams.h"
-#include "dtd/ModelAccess.h"
 #include "dtd/Validator.h"
 #include "values/Room.h"
 

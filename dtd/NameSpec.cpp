@@ -2,7 +2,6 @@
 #include <utility>
 
 #include "VexXml/Streams.h"
-#include "dtd/ModelAccess.h"
 #include "dtd/ModelWriter.h"
 #include "dtd/Validator.h"
 

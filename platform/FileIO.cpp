@@ -1,7 +1,6 @@
 #include "VexSys/FileIO.h"
 
 #include <cerrno>
-#include <utility>
 
 #include "platform/BufferedFile.h"
 

@@ -1,6 +1,7 @@
 #include "streams/TokenMemory.h"
 
 #include <exception>
+#include <memory>
 #include <utility>
 
 #include "streams/TokenReader.h"

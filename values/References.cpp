@@ -6,7 +6,6 @@
 #include <limits>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "VexXml/Dtd.h"
 #include "VexXml/Values.h"

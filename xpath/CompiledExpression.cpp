@@ -1,7 +1,5 @@
 #include "xpath/CompiledExpression.h"
 
-#include <utility>
-
 #include "VexXml/Dom.h"
 
 namespace Xml {

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <memory_resource>
-#include <utility>
 #include <vector>
 
 #include "xpath/Encoding.h"

@@ -1,6 +1,5 @@
 #include "xpath/Error.h"
 
-#include <cstddef>
 #include <iterator>
 
 namespace Xml {

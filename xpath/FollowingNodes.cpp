@@ -1,6 +1,7 @@
 #include "xpath/FollowingNodes.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Xml {
 

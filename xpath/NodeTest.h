@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "VexXml/Dom.h"
 #include "dom/NodeAccess.h"
 #include "xpath/Program.h"

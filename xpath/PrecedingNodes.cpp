@@ -1,6 +1,7 @@
 #include "xpath/PrecedingNodes.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace Xml {
 

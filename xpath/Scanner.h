@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-#include <memory_resource>
 #include <vector>
 
 #include "xpath/Error.h"
