@@ -38,7 +38,8 @@ public:
 
 private:
     static std::size_t at(int diagonal) {
-        return static_cast<std::size_t>(diagonal + kMostLeftOver + 1);
+        const int place = diagonal + kMostLeftOver + 1;
+        return static_cast<std::size_t>(place);
     }
 
     // Whether the best way to a diagonal leaves out a number of the right part.
@@ -52,7 +53,6 @@ private:
         for (int diagonal = -steps; diagonal <= steps; diagonal += 2) {
             int left = comesFromRight(diagonal, steps, reached) ? reached[at(diagonal + 1)]
                                                                 : reached[at(diagonal - 1)] + 1;
-            if (steps == 0) left = 0;
             int right = left - diagonal;
             while (left < mLeft.size && right < mRight.size && mLeft[left] == mRight[right]) {
                 ++left;

@@ -1,5 +1,8 @@
 #include "tools/CommandLine.h"
 
+#include <CLI/CLI.hpp>
+#include <utility>
+
 #include "tools/Limits.h"
 
 namespace tools {
@@ -25,34 +28,78 @@ const char* const kSelectionStatuses =
     "Exit status: 0 something was selected in any file, 1 nothing was, 2 a malformed\n"
     "expression, wrong usage, or a file that cannot be read, parsed or written.";
 
-CLI::App* addCommand(CLI::App& app, const Help& help, Xml::ReadLimits& limits) {
-    CLI::App* command = app.add_subcommand(help.name, help.description);
-    command->set_version_flag("--version", kVersion, "Print the version and exit");
+Command::Command(const CommandLine& line, const Help& help, Xml::ReadLimits& limits)
+    : mApp(line.app.add_subcommand(help.name, help.description)), mStatus(line.status) {
+    mApp->set_version_flag("--version", kVersion, "Print the version and exit");
     limits = usualLimits();
-    addLimitOptions(*command, limits);
-    command->footer(std::string(help.notes) + kLimitNotes + help.statuses);
-    return command;
+    addLimitOptions(*mApp, limits);
+    mApp->footer(std::string(help.notes) + kLimitNotes + help.statuses);
 }
 
-void addInput(CLI::App& command, std::string& input) {
-    command.add_option("FILE", input, "The document; - for the standard input")
-        ->required()
-        ->type_name("");
+void Command::addFlag(const Text& names, bool& isGiven, const Text& description) {
+    mApp->add_flag(names, isGiven, description);
 }
 
-void addInputs(CLI::App& command, std::vector<std::string>& inputs) {
-    command.add_option("FILE", inputs, "The documents; - for the standard input")
-        ->required()
-        ->type_name("");
+void Command::addText(const Text& names, const Text& argument, Text& text,
+                      const Text& description) {
+    mApp->add_option(names, text, description)->type_name(argument);
 }
 
-void addExpression(CLI::App& command, std::string& expression) {
-    command.add_option("EXPRESSION", expression, "What to select")->required()->type_name("");
-}
-
-CLI::Validator numberFrom(std::size_t least) {
+void Command::addNumber(const Text& names, std::size_t least, std::size_t& number,
+                        const Text& description) {
     constexpr std::size_t kMost = 1000000000;
-    return CLI::Range(least, kMost).description("");
+    mApp->add_option(names, number, description)
+        ->check(CLI::Range(least, kMost).description(""))
+        ->type_name("N");
+}
+
+void Command::addChoice(const Text& names, const Text& argument, const std::vector<Text>& choices,
+                        Text& choice, const Text& description) {
+    mApp->add_option(names, choice, description)
+        ->check(CLI::IsMember(choices))
+        ->type_name(argument);
+}
+
+void Command::addAction(const Text& name, std::function<void()> take, const Text& description) {
+    mApp->add_flag_callback(name, std::move(take), description)->trigger_on_parse();
+}
+
+void Command::addAction(const Text& name, const Text& argument,
+                        std::function<void(const Text&)> take, const Text& description) {
+    mApp->add_option_function<Text>(name, std::move(take), description)
+        ->type_name(argument)
+        ->trigger_on_parse()
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+void Command::exclude(const Text& option, const Text& other) {
+    mApp->get_option(option)->excludes(mApp->get_option(other));
+}
+
+void Command::addInput(Text& input) {
+    addInput("FILE", input, "The document; - for the standard input");
+}
+
+void Command::addInput(const Text& name, Text& input, const Text& description) {
+    mApp->add_option(name, input, description)->required()->type_name("");
+}
+
+void Command::addInputs(std::vector<Text>& inputs) {
+    mApp->add_option("FILE", inputs, "The documents; - for the standard input")
+        ->required()
+        ->type_name("");
+}
+
+void Command::addExpression(Text& expression) {
+    addInput("EXPRESSION", expression, "What to select");
+}
+
+void Command::run(std::function<Status()> work) {
+    mApp->callback([work = std::move(work), &status = mStatus] { status = work(); });
+}
+
+void refuseArgument(const std::string& option, const std::string& reason) {
+    throw CLI::ValidationError(option, reason);
 }
 
 }  // namespace tools

@@ -1,11 +1,16 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "VexXml/Readers.h"
+#include "tools/Status.h"
+
+namespace CLI {
+class App;
+}
 
 namespace tools {
 
@@ -24,17 +29,53 @@ struct Help {
     const char* statuses;
 };
 
-/// Adds a command that reads documents within limits: the usual ones, unless the user says
-/// otherwise.
-CLI::App* addCommand(CLI::App& app, const Help& help, Xml::ReadLimits& limits);
+/// The arguments of the program, while they are declared. What they are stored in must live until
+/// they have been parsed, `status` too, which becomes what came of the command.
+struct CommandLine {
+    CLI::App& app;
+    Status& status;
+};
 
-/// Adds the document that a command reads, or the documents.
-void addInput(CLI::App& command, std::string& input);
-void addInputs(CLI::App& command, std::vector<std::string>& inputs);
-/// Adds the XPath expression, which is to stand in front of the documents.
-void addExpression(CLI::App& command, std::string& expression);
+/// Declares the arguments of a command that reads documents within limits: the usual ones, unless
+/// the user says otherwise.
+///
+/// Hides the library that parses arguments, as compiling and checking its headers takes longer than
+/// all else in a command.
+class Command {
+public:
+    using Text = std::string;
 
-/// The check of an option that takes a number.
-CLI::Validator numberFrom(std::size_t least);
+    Command(const CommandLine& line, const Help& help, Xml::ReadLimits& limits);
+
+    void addFlag(const Text& names, bool& isGiven, const Text& description);
+    void addText(const Text& names, const Text& argument, Text& text, const Text& description);
+    void addNumber(const Text& names, std::size_t least, std::size_t& number,
+                   const Text& description);
+    void addChoice(const Text& names, const Text& argument, const std::vector<Text>& choices,
+                   Text& choice, const Text& description);
+    /// Calls a function each time the option is given, in the order of all such options.
+    void addAction(const Text& name, std::function<void()> take, const Text& description);
+    void addAction(const Text& name, const Text& argument, std::function<void(const Text&)> take,
+                   const Text& description);
+    /// Only one of the two options may be given.
+    void exclude(const Text& option, const Text& other);
+
+    /// Adds arguments that have no name in front, in their order; all of them are required.
+    void addInput(Text& input);
+    void addInput(const Text& name, Text& input, const Text& description);
+    void addInputs(std::vector<Text>& inputs);
+    void addExpression(Text& expression);
+
+    /// What to run once the arguments have been parsed.
+    void run(std::function<Status()> work);
+
+private:
+    CLI::App* mApp;
+    Status& mStatus;
+};
+
+/// Ends the parsing of arguments, or the command that they are for: a wrong one is reported, and
+/// the exit status is `Trouble`.
+[[noreturn]] void refuseArgument(const std::string& option, const std::string& reason);
 
 }  // namespace tools

@@ -1,24 +1,17 @@
 #pragma once
 
-#include "tools/Status.h"
-
-namespace CLI {
-class App;
-}
-
 namespace tools {
 
-/// Each adds a command with its options. If the command is given, parsing the arguments runs it,
-/// and `status`, which must live as long as `app`, becomes what came of it.
-///
-/// A wrong combination of options is thrown as a `CLI::ParseError`, like other wrong arguments.
-void addFormat(CLI::App& app, Status& status);
-void addValidate(CLI::App& app, Status& status);
-void addDtd(CLI::App& app, Status& status);
-void addQuery(CLI::App& app, Status& status);
-void addTree(CLI::App& app, Status& status);
-void addStat(CLI::App& app, Status& status);
-void addEdit(CLI::App& app, Status& status);
-void addDiff(CLI::App& app, Status& status);
+struct CommandLine;
+
+/// Each adds a command with its options.
+void addFormat(const CommandLine& line);
+void addValidate(const CommandLine& line);
+void addDtd(const CommandLine& line);
+void addQuery(const CommandLine& line);
+void addTree(const CommandLine& line);
+void addStat(const CommandLine& line);
+void addEdit(const CommandLine& line);
+void addDiff(const CommandLine& line);
 
 }  // namespace tools

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -96,24 +97,21 @@ public:
         const std::vector<std::string> oldSteps = stepsTo(mOldTree, mOldNodes);
         const std::vector<std::string> newSteps = stepsTo(mNewTree, mNewNodes);
         std::vector<Change> changes;
-        std::size_t oldPlace = 0;
-        std::size_t newPlace = 0;
+        std::size_t i = 0;
+        std::size_t j = 0;
         for (const auto& [oldEnd, newEnd] : withEnd()) {
-            for (; oldPlace < oldEnd; ++oldPlace) {
-                changes.push_back(
-                    {Change::Kind::Deleted, mOldNodes[oldPlace], 0, oldSteps[oldPlace]});
+            for (; i < oldEnd; ++i) {
+                changes.push_back({Change::Kind::Deleted, mOldNodes[i], 0, oldSteps[i]});
             }
-            for (; newPlace < newEnd; ++newPlace) {
-                changes.push_back(
-                    {Change::Kind::Inserted, 0, mNewNodes[newPlace], newSteps[newPlace]});
+            for (; j < newEnd; ++j) {
+                changes.push_back({Change::Kind::Inserted, 0, mNewNodes[j], newSteps[j]});
             }
-            if (oldEnd == mOldNodes.size()) break;
-            const std::uint32_t oldNode = mOldNodes[oldPlace];
-            const std::uint32_t newNode = mNewNodes[newPlace++];
-            if (mOldTree[oldNode].whole != mNewTree[newNode].whole) {
-                changes.push_back({Change::Kind::Changed, oldNode, newNode, oldSteps[oldPlace]});
+            if (i == mOldNodes.size() || j == mNewNodes.size()) break;
+            if (mOldTree[mOldNodes[i]].whole != mNewTree[mNewNodes[j]].whole) {
+                changes.push_back({Change::Kind::Changed, mOldNodes[i], mNewNodes[j], oldSteps[i]});
             }
-            ++oldPlace;
+            ++i;
+            ++j;
         }
         return changes;
     }
@@ -194,39 +192,43 @@ private:
         }
     }
 
-    // Both are in the order of their names.
+    // Both have them in the order of their names.
     void compareAttributes(const Xml::Element& oldElement, const Xml::Element& newElement) {
+        const int oldCount = oldElement.getAttributeCount();
+        const int newCount = newElement.getAttributeCount();
         int i = 0;
         int j = 0;
-        while (i < oldElement.getAttributeCount() || j < newElement.getAttributeCount()) {
-            const Xml::Attribute* before = oldElement.getAttribute(i);
-            const Xml::Attribute* now = newElement.getAttribute(j);
-            const bool isBefore =
-                now == nullptr || (before != nullptr && before->getName() <= now->getName());
-            const bool isNow =
-                before == nullptr || (now != nullptr && now->getName() <= before->getName());
-            compare(isBefore ? before : nullptr, isNow ? now : nullptr);
-            if (isBefore) ++i;
-            if (isNow) ++j;
+        while (i < oldCount && j < newCount) {
+            const Xml::Attribute& before = *oldElement.getAttribute(i);
+            const Xml::Attribute& now = *newElement.getAttribute(j);
+            const int order = before.getName().compare(now.getName());
+            if (order < 0) write(before, "deleted ");
+            if (order > 0) write(now, "inserted ");
+            if (order == 0) compareValues(before, now);
+            if (order <= 0) ++i;
+            if (order >= 0) ++j;
         }
+        for (; i < oldCount; ++i) write(*oldElement.getAttribute(i), "deleted ");
+        for (; j < newCount; ++j) write(*newElement.getAttribute(j), "inserted ");
     }
 
-    // Either may be missing.
-    void compare(const Xml::Attribute* before, const Xml::Attribute* now) {
-        const std::string step = "/@" + harmless((before != nullptr ? before : now)->getName());
-        if (before == nullptr) {
-            write(step, "inserted " + shown(bytesOf(now->getValue())));
-        } else if (now == nullptr) {
-            write(step, "deleted " + shown(bytesOf(before->getValue())));
-        } else if (before->getValue() != now->getValue()) {
-            writeChange(step, bytesOf(before->getValue()), bytesOf(now->getValue()));
-        }
+    void write(const Xml::Attribute& attribute, const char* what) {
+        write(stepTo(attribute), what + shown(bytesOf(attribute.getValue())));
+    }
+
+    void compareValues(const Xml::Attribute& before, const Xml::Attribute& now) {
+        if (before.getValue() == now.getValue()) return;
+        writeChange(stepTo(before), bytesOf(before.getValue()), bytesOf(now.getValue()));
+    }
+
+    static std::string stepTo(const Xml::Attribute& attribute) {
+        return "/@" + harmless(attribute.getName());
     }
 
     void writeChange(const std::string& step, std::string_view before, std::string_view now) {
-        const auto [differing, other] =
-            std::mismatch(before.begin(), before.end(), now.begin(), now.end());
-        const auto place = static_cast<std::size_t>(differing - before.begin());
+        const std::size_t shorter = std::min(before.size(), now.size());
+        std::size_t place = 0;
+        while (place < shorter && before[place] == now[place]) ++place;
         write(step, "changed " + shownFrom(before, place) + " to " + shownFrom(now, place));
     }
 
@@ -281,7 +283,7 @@ Status compare(const DocumentReading& before, const DocumentReading& now, bool i
 
 Status diff(const Options& options) {
     if (options.oldInput == "-" && options.newInput == "-") {
-        throw CLI::ValidationError("NEW", "only one document can be the standard input");
+        refuseArgument("NEW", "only one document can be the standard input");
     }
     const DocumentReading before = readDocument(options.oldInput, options.limits, OwnDtd::Ignored);
     const DocumentReading now = readDocument(options.newInput, options.limits, OwnDtd::Ignored);
@@ -291,16 +293,14 @@ Status diff(const Options& options) {
 
 }  // namespace
 
-void addDiff(CLI::App& app, Status& status) {
+void addDiff(const CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = addCommand(
-        app, {"diff", "Print how two documents differ", kNotes, kDiffStatuses}, options->limits);
-    command->add_flag("--quiet", options->quiet, "Print nothing");
-    command->add_option("OLD", options->oldInput, "A document; - for the standard input")
-        ->required()
-        ->type_name("");
-    command->add_option("NEW", options->newInput, "Another one")->required()->type_name("");
-    command->callback([options, &status] { status = diff(*options); });
+    Command command(line, {"diff", "Print how two documents differ", kNotes, kDiffStatuses},
+                    options->limits);
+    command.addFlag("--quiet", options->quiet, "Print nothing");
+    command.addInput("OLD", options->oldInput, "A document; - for the standard input");
+    command.addInput("NEW", options->newInput, "Another one");
+    command.run([options] { return diff(*options); });
 }
 
 }  // namespace tools

@@ -14,16 +14,15 @@ constexpr const char* kNotUtf8 = "what is written is not UTF-8, and no encoding 
 
 }  // namespace
 
-void addDestination(CLI::App& command, Destination& destination) {
-    CLI::Option* output =
-        command.add_option("-o,--output", destination.file, "Write to this file")->type_name("OUT");
-    command.add_flag("--in-place", destination.inPlace, "Replace the file itself")
-        ->excludes(output);
+void addDestination(Command& command, Destination& destination) {
+    command.addText("-o,--output", "OUT", destination.file, "Write to this file");
+    command.addFlag("--in-place", destination.inPlace, "Replace the file itself");
+    command.exclude("--in-place", "--output");
 }
 
 void checkDestination(const Destination& destination, const std::string& input) {
     if (destination.inPlace && input == "-") {
-        throw CLI::ValidationError("--in-place", "needs a file, not the standard input");
+        refuseArgument("--in-place", "needs a file, not the standard input");
     }
 }
 

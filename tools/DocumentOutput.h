@@ -1,8 +1,8 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 
+#include "tools/CommandLine.h"
 #include "tools/Reading.h"
 #include "tools/Status.h"
 
@@ -14,9 +14,9 @@ struct Destination {
     bool inPlace = false;  ///< to where the document was read from
 };
 
-void addDestination(CLI::App& command, Destination& destination);
-/// Throws a `CLI::ValidationError` where the document comes from the standard input and is to be
-/// written there.
+void addDestination(Command& command, Destination& destination);
+/// Refuses the arguments where the document comes from the standard input and is to be written
+/// there.
 void checkDestination(const Destination& destination, const std::string& input);
 
 /// Writes the document. Prints why when that fails, and warns of what others will not be able to

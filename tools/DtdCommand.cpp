@@ -41,11 +41,11 @@ Status writeDtd(const Options& options) {
 
 }  // namespace
 
-void addDtd(CLI::App& app, Status& status) {
+void addDtd(const CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = addCommand(app, {"dtd", kDescription, kNotes, kStatuses}, options->limits);
-    addInput(*command, options->input);
-    command->callback([options, &status] { status = writeDtd(*options); });
+    Command command(line, {"dtd", kDescription, kNotes, kStatuses}, options->limits);
+    command.addInput(options->input);
+    command.run([options] { return writeDtd(*options); });
 }
 
 }  // namespace tools

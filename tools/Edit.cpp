@@ -51,30 +51,30 @@ bool hasControlCharacter(const std::string& text) {
     });
 }
 
-void refuse(const std::string& option, const std::string& reason) {
-    throw CLI::ValidationError(option, reason);
-}
-
 void checkName(const std::string& option, const std::string& name) {
-    if (!Xml::isName(name)) refuse(option, "not a name: " + name);
+    if (!Xml::isName(name)) refuseArgument(option, "not a name: " + name);
 }
 
 Action setText(const std::string& text) {
     const char* const option = "--set-text";
-    if (hasControlCharacter(text)) refuse(option, "no document may hold control characters");
-    if (!text.empty() && !readsBackAsText(text)) refuse(option, "would not be read again as it is");
+    if (hasControlCharacter(text))
+        refuseArgument(option, "no document may hold control characters");
+    if (!text.empty() && !readsBackAsText(text))
+        refuseArgument(option, "would not be read again as it is");
     return {Kind::SetText, "", text};
 }
 
 Action setAttribute(const std::string& setting) {
     const char* const option = "--set-attribute";
     const std::size_t equals = setting.find('=');
-    if (equals == std::string::npos) refuse(option, "not of the form NAME=VALUE: " + setting);
+    if (equals == std::string::npos)
+        refuseArgument(option, "not of the form NAME=VALUE: " + setting);
     const std::string name = setting.substr(0, equals);
     const std::string value = setting.substr(equals + 1);
     checkName(option, name);
-    if (hasControlCharacter(value)) refuse(option, "no document may hold control characters");
-    if (!readsBackAsValue(name, value)) refuse(option, "would not be read again as it is");
+    if (hasControlCharacter(value))
+        refuseArgument(option, "no document may hold control characters");
+    if (!readsBackAsValue(name, value)) refuseArgument(option, "would not be read again as it is");
     return {Kind::SetAttribute, name, value};
 }
 
@@ -89,16 +89,18 @@ Action rename(const std::string& name) {
 }
 
 Action add(const std::string& xml) {
-    if (hasControlCharacter(xml)) refuse("--add", "no document may hold control characters");
+    if (hasControlCharacter(xml))
+        refuseArgument("--add", "no document may hold control characters");
     return {Kind::Add, "", xml};
 }
 
 void check(const Options& options) {
     checkDestination(options.destination, options.input);
-    if (options.actions.empty()) refuse("edit", "needs an action, such as --delete");
+    if (options.actions.empty()) refuseArgument("edit", "needs an action, such as --delete");
     for (const Action& action : options.actions) {
         const bool isLast = &action == &options.actions.back();
-        if (action.kind == Kind::Delete && !isLast) refuse("--delete", "must be the last action");
+        if (action.kind == Kind::Delete && !isLast)
+            refuseArgument("--delete", "must be the last action");
     }
 }
 
@@ -133,51 +135,37 @@ Status edit(const Options& options) {
     return writeDocument(reading, options.destination);
 }
 
-// Options are met in the order that they are given in.
-void addAction(CLI::App& command, const std::string& option, const std::string& argument,
-               const std::string& description, std::vector<Action>& actions,
-               Action (*actionOf)(const std::string&)) {
-    command
-        .add_option_function<std::string>(
-            option,
-            [&actions, actionOf](const std::string& text) { actions.push_back(actionOf(text)); },
-            description)
-        ->type_name(argument)
-        ->trigger_on_parse()
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-}
-
-void addActions(CLI::App& command, std::vector<Action>& actions) {
-    addAction(command, "--set-text", "TEXT", "Set the text", actions, &setText);
-    addAction(command, "--set-attribute", "NAME=VALUE", "Set an attribute", actions, &setAttribute);
-    addAction(command, "--remove-attribute", "NAME", "Remove an attribute, if there is one",
-              actions, &removeAttribute);
-    addAction(command, "--rename", "NAME", "Give elements or attributes another name", actions,
-              &rename);
-    addAction(command, "--add", "XML", "Add these elements and texts as last children", actions,
-              &add);
-    command
-        .add_flag_callback(
-            "--delete",
-            [&actions] {
-                actions.push_back({Kind::Delete, "", ""});
-            },
-            "Delete elements, texts or attributes; the last action")
-        ->trigger_on_parse();
+void addActions(Command& command, std::vector<Action>& actions) {
+    const auto does = [&actions](Action (*actionOf)(const std::string&)) {
+        return [&actions, actionOf](const std::string& text) { actions.push_back(actionOf(text)); };
+    };
+    command.addAction("--set-text", "TEXT", does(&setText), "Set the text");
+    command.addAction("--set-attribute", "NAME=VALUE", does(&setAttribute), "Set an attribute");
+    command.addAction("--remove-attribute", "NAME", does(&removeAttribute),
+                      "Remove an attribute, if there is one");
+    command.addAction("--rename", "NAME", does(&rename),
+                      "Give elements or attributes another name");
+    command.addAction("--add", "XML", does(&add), "Add these elements and texts as last children");
+    command.addAction(
+        "--delete",
+        [&actions] {
+            actions.push_back({Kind::Delete, "", ""});
+        },
+        "Delete elements, texts or attributes; the last action");
 }
 
 }  // namespace
 
-void addEdit(CLI::App& app, Status& status) {
+void addEdit(const CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App* command =
-        addCommand(app, {"edit", "Change what an XPath expression selects", kNotes, kEditStatuses},
-                   options->limits);
-    addActions(*command, options->actions);
-    addDestination(*command, options->destination);
-    addExpression(*command, options->expression);
-    addInput(*command, options->input);
-    command->callback([options, &status] { status = edit(*options); });
+    Command command(line,
+                    {"edit", "Change what an XPath expression selects", kNotes, kEditStatuses},
+                    options->limits);
+    addActions(command, options->actions);
+    addDestination(command, options->destination);
+    command.addExpression(options->expression);
+    command.addInput(options->input);
+    command.run([options] { return edit(*options); });
 }
 
 }  // namespace tools

@@ -34,15 +34,15 @@ Status format(const Options& options) {
 
 }  // namespace
 
-void addFormat(CLI::App& app, Status& status) {
+void addFormat(const CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = addCommand(
-        app, {"format", "Write a document back, indented", kNotes, kStatuses}, options->limits);
-    addDestination(*command, options->destination);
-    command->add_flag("--no-short-tags", options->noShortTags,
-                      "Write <a></a> instead of <a/> for an empty element");
-    addInput(*command, options->input);
-    command->callback([options, &status] { status = format(*options); });
+    Command command(line, {"format", "Write a document back, indented", kNotes, kStatuses},
+                    options->limits);
+    addDestination(command, options->destination);
+    command.addFlag("--no-short-tags", options->noShortTags,
+                    "Write <a></a> instead of <a/> for an empty element");
+    command.addInput(options->input);
+    command.run([options] { return format(*options); });
 }
 
 }  // namespace tools

@@ -32,14 +32,15 @@ Status run(int argc, char** argv) {
                "\nFor query and edit: 0 something was selected, 1 nothing was, 2 trouble of any\n"
                "kind. For diff: 0 no difference, 1 some, 2 trouble of any kind.");
     Status status = Success;
-    addFormat(app, status);
-    addValidate(app, status);
-    addDtd(app, status);
-    addQuery(app, status);
-    addTree(app, status);
-    addStat(app, status);
-    addEdit(app, status);
-    addDiff(app, status);
+    const CommandLine line{app, status};
+    addFormat(line);
+    addValidate(line);
+    addDtd(line);
+    addQuery(line);
+    addTree(line);
+    addStat(line);
+    addEdit(line);
+    addDiff(line);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& end) {

@@ -32,9 +32,10 @@ constexpr const char* kNotUtf8 = "what is written is not UTF-8";
 struct Options {
     std::string expression;
     std::vector<std::string> inputs;
-    bool count = false;     ///< print how many results there are in place of the results
-    bool asNode = false;    ///< print nodes as XML in place of their texts
-    char separator = '\n';  ///< printed behind each result
+    bool count = false;        ///< print how many results there are in place of the results
+    bool asNode = false;       ///< print nodes as XML in place of their texts
+    bool asValue = false;      ///< print their texts, which is done anyway
+    bool endsWithNul = false;  ///< print a NUL behind each result in place of a line feed
     Xml::ReadLimits limits;
 };
 
@@ -73,7 +74,7 @@ private:
     void print(const std::string& text, BlockWriter& out) const {
         out.write(mPrefix);
         out.write(text);
-        out.write({&mOptions.separator, 1});
+        out.write({mOptions.endsWithNul ? "\0" : "\n", 1});
     }
     void printResults(unsigned long count, BlockWriter& out) {
         Diagnostics diagnostics;
@@ -120,19 +121,19 @@ Status query(const Options& options) {
 
 }  // namespace
 
-void addQuery(CLI::App& app, Status& status) {
+void addQuery(const CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = addCommand(
-        app, {"query", "Print what an XPath expression selects", kNotes, kSelectionStatuses},
-        options->limits);
-    command->add_flag("--count", options->count, "Print only how many results there are");
-    CLI::Option* node = command->add_flag("--node", options->asNode, "Print nodes as XML");
-    command->add_flag("--value", "Print the text of each result (the default)")->excludes(node);
-    command->add_flag_callback(
-        "-0", [options] { options->separator = '\0'; }, "End results with a NUL, not a line feed");
-    addExpression(*command, options->expression);
-    addInputs(*command, options->inputs);
-    command->callback([options, &status] { status = query(*options); });
+    Command command(line,
+                    {"query", "Print what an XPath expression selects", kNotes, kSelectionStatuses},
+                    options->limits);
+    command.addFlag("--count", options->count, "Print only how many results there are");
+    command.addFlag("--node", options->asNode, "Print nodes as XML");
+    command.addFlag("--value", options->asValue, "Print the text of each result (the default)");
+    command.exclude("--value", "--node");
+    command.addFlag("-0", options->endsWithNul, "End results with a NUL, not a line feed");
+    command.addExpression(options->expression);
+    command.addInputs(options->inputs);
+    command.run([options] { return query(*options); });
 }
 
 }  // namespace tools

@@ -144,17 +144,15 @@ Status stat(const Options& options) {
 
 }  // namespace
 
-void addStat(CLI::App& app, Status& status) {
+void addStat(const CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = addCommand(
-        app, {"stat", "Count what documents consist of", kNotes, kStatuses}, options->limits);
-    CLI::Option* top =
-        command->add_option("--top", options->top, "List so many names; without it 10")
-            ->check(numberFrom(0))
-            ->type_name("N");
-    command->add_flag("--all", options->all, "List all names")->excludes(top);
-    addInputs(*command, options->inputs);
-    command->callback([options, &status] { status = stat(*options); });
+    Command command(line, {"stat", "Count what documents consist of", kNotes, kStatuses},
+                    options->limits);
+    command.addNumber("--top", 0, options->top, "List so many names; without it 10");
+    command.addFlag("--all", options->all, "List all names");
+    command.exclude("--all", "--top");
+    command.addInputs(options->inputs);
+    command.run([options] { return stat(*options); });
 }
 
 }  // namespace tools

@@ -110,18 +110,15 @@ Status tree(const Options& options) {
 
 }  // namespace
 
-void addTree(CLI::App& app, Status& status) {
+void addTree(const CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = addCommand(
-        app, {"tree", "Print an outline of documents", kNotes, kStatuses}, options->limits);
-    command->add_option("--depth", options->depth, "Print so many levels only")
-        ->check(numberFrom(1))
-        ->type_name("N");
-    command->add_option("--color", options->colour, "Colour the outline: auto, always or never")
-        ->check(CLI::IsMember({"auto", "always", "never"}))
-        ->type_name("WHEN");
-    addInputs(*command, options->inputs);
-    command->callback([options, &status] { status = tree(*options); });
+    Command command(line, {"tree", "Print an outline of documents", kNotes, kStatuses},
+                    options->limits);
+    command.addNumber("--depth", 1, options->depth, "Print so many levels only");
+    command.addChoice("--color", "WHEN", {"auto", "always", "never"}, options->colour,
+                      "Colour the outline: auto, always or never");
+    command.addInputs(options->inputs);
+    command.run([options] { return tree(*options); });
 }
 
 }  // namespace tools

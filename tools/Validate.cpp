@@ -68,15 +68,14 @@ Status validate(const Options& options) {
 
 }  // namespace
 
-void addValidate(CLI::App& app, Status& status) {
+void addValidate(const CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = addCommand(
-        app, {"validate", "Tell whether documents are valid", kNotes, kStatuses}, options->limits);
-    command->add_option("--dtd", options->dtd, "Judge by the declarations in this file alone")
-        ->type_name("DTD");
-    command->add_flag("--quiet", options->quiet, "Print nothing for valid documents");
-    addInputs(*command, options->inputs);
-    command->callback([options, &status] { status = validate(*options); });
+    Command command(line, {"validate", "Tell whether documents are valid", kNotes, kStatuses},
+                    options->limits);
+    command.addText("--dtd", "DTD", options->dtd, "Judge by the declarations in this file alone");
+    command.addFlag("--quiet", options->quiet, "Print nothing for valid documents");
+    command.addInputs(options->inputs);
+    command.run([options] { return validate(*options); });
 }
 
 }  // namespace tools
