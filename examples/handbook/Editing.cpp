@@ -22,6 +22,13 @@ void print(Xml::Object& node) {
 }
 //! [print]
 
+void menu() {
+    const auto document = read(kMenu);
+    //! [menu]
+    print(*document->getRoot());
+    //! [menu]
+}
+
 void lookup() {
     const auto document = read(kMenu);
     //! [lookup]
@@ -130,7 +137,8 @@ void copies() {
 }  // namespace
 
 int main() {
-    runAll({{"lookup", lookup},
+    runAll({{"menu", menu},
+            {"lookup", lookup},
             {"nothing", nothing},
             {"walk", walk},
             {"values", values},

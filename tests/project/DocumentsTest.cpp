@@ -186,6 +186,16 @@ TEST(Architecture, ShowsWhatItsDocumentIsWrittenAs) {
               outputOf("'" VEXXML_PROGRAM_FOLDER "/vexxml' format '" + path + "'"));
 }
 
+TEST(Start, ConfiguresItsProject) {
+    const std::string text = readSource("docs/start.md");
+    const support::TempFolder folder;
+    folder.write("menu.cpp", block(text, "cpp"));
+    folder.write("CMakeLists.txt", block(text, "cmake"));
+    std::filesystem::create_directory_symlink(sourcePath(""), folder.path("VexXml"));
+    const std::string output = outputOf("cd '" + folder.path("") + "' && cmake -S . -B build 2>&1");
+    EXPECT_NE(output.find("-- Configuring done"), std::string::npos) << output;
+}
+
 // What is wrong with the link, if anything.
 std::string mistakeIn(const std::string& link, const std::string& document) {
     const std::size_t hash = std::min(link.find('#'), link.size());
