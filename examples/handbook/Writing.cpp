@@ -53,7 +53,8 @@ bool save(Xml::Document& document, const std::string& path) {
 void files() {
     //! [files]
     const auto menu = read("<menu><dish>Soup</dish></menu>");
-    std::cout << save(*menu, "menu.xml") << ' ' << save(*menu, "no-such-folder/menu.xml") << '\n';
+    std::cout << save(*menu, "menu.xml") << '\n';
+    std::cout << save(*menu, "no-such-folder/menu.xml") << '\n';
     //! [files]
     std::remove("menu.xml");
 }
