@@ -23,18 +23,20 @@ function pageOf(path,    name) {
     return name
 }
 
-# To a file that is no page of the site, which lies beside the pages.
+# Sources lie beside the pages. What is neither there nor a page gives an empty text.
 function linkTo(target,    hash) {
-    if (target ~ /:/) return target
+    if (target ~ /:|\.svg$/) return target
     hash = index(target, "#")
     if (hash == 1) return "@ref " page "_" substr(target, 2)
     if (hash > 1) return "@ref " pageOf(substr(target, 1, hash - 1)) "_" substr(target, hash + 1)
     if (target ~ /\.md$/) return "@ref " pageOf(target)
-    return target ~ /\.h$/ ? "@ref " baseName(target) : baseName(target)
+    if (target ~ /\.h$/) return "@ref " baseName(target)
+    return target ~ /\.cpp$|LICENSE$/ ? "./" baseName(target) : ""
 }
 
 # The page that the site begins with has all the others below it.
 function link(text, target) {
+    if (linkTo(target) == "") return text
     if (page == "index" && target ~ /^[a-z]+\.md$/) return "@subpage " pageOf(target) " \"" text "\""
     return "[" text "](" linkTo(target) ")"
 }
