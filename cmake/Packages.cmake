@@ -36,12 +36,13 @@ macro(vexxml_package component name section title description)
     DESTINATION ${documents} COMPONENT ${component} EXCLUDE_FROM_ALL)
 endmacro()
 
+set(runtime_name libvexxml${PROJECT_VERSION_MAJOR})
 set(CPACK_COMPONENTS_ALL)
-vexxml_package(VexXml_Runtime libvexxml1 libs "XML documents as trees"
+vexxml_package(VexXml_Runtime ${runtime_name} libs "XML documents as trees"
 "Reads XML documents and their DTDs into a tree, which can be searched, edited,
 validated, queried with XPath, and written back.")
 vexxml_package(VexXml_Development libvexxml-dev libdevel "XML documents as trees, for development"
-"What it takes to compile programs that use libvexxml1: headers, and files for
+"What it takes to compile programs that use ${runtime_name}: headers, and files for
 CMake and pkg-config.")
 vexxml_package(VexXml_Tools vexxml text "formats, validates and queries XML documents"
 "A program for the command line, with limits that keep documents of strangers
