@@ -60,13 +60,14 @@ void Command::addChoice(const Text& names, const Text& argument, const std::vect
         ->type_name(argument);
 }
 
-void Command::addAction(const Text& name, std::function<void()> take, const Text& description) {
-    mApp->add_flag_callback(name, std::move(take), description)->trigger_on_parse();
+void Command::addAction(const Text& name, const std::function<void()>& take,
+                        const Text& description) {
+    mApp->add_flag_callback(name, take, description)->trigger_on_parse();
 }
 
 void Command::addAction(const Text& name, const Text& argument,
-                        std::function<void(const Text&)> take, const Text& description) {
-    mApp->add_option_function<Text>(name, std::move(take), description)
+                        const std::function<void(const Text&)>& take, const Text& description) {
+    mApp->add_option_function<Text>(name, take, description)
         ->type_name(argument)
         ->trigger_on_parse()
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);

@@ -54,9 +54,9 @@ public:
     void addChoice(const Text& names, const Text& argument, const std::vector<Text>& choices,
                    Text& choice, const Text& description);
     /// Calls a function each time the option is given, in the order of all such options.
-    void addAction(const Text& name, std::function<void()> take, const Text& description);
-    void addAction(const Text& name, const Text& argument, std::function<void(const Text&)> take,
-                   const Text& description);
+    void addAction(const Text& name, const std::function<void()>& take, const Text& description);
+    void addAction(const Text& name, const Text& argument,
+                   const std::function<void(const Text&)>& take, const Text& description);
     /// Only one of the two options may be given.
     void exclude(const Text& option, const Text& other);
 

@@ -82,7 +82,7 @@ const Difference kDifferences[] = {
 
 TEST(Diff, PrintsALineForEachDifference) {
     for (const auto& [before, now, text] : kDifferences) {
-        SCOPED_TRACE(before + " " + now);
+        SCOPED_TRACE(text);
         EXPECT_EQ(diff(before, now), (Outcome{1, text, ""}));
     }
 }

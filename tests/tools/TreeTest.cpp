@@ -48,7 +48,7 @@ TEST(Tree, NumbersLevelsInsteadOfIndentingThemFurther) {
     std::string document;
     std::string outline;
     for (int level = 1; level <= 42; ++level) {
-        document = "<a>" + document + "</a>";
+        document.insert(0, "<a>").append("</a>");
         outline += std::string(static_cast<std::size_t>(2 * std::min(level, 40) - 2), ' ') +
                    (level > 40 ? std::to_string(level) + ": " : "") + "a\n";
     }
@@ -71,8 +71,11 @@ TEST(Tree, ShowsValuesAndTextsHarmlessAndShort) {
     const Workplace place;
     for (const auto& [text, shown] : kTexts) {
         SCOPED_TRACE(shown);
-        EXPECT_EQ(place.run("vexxml tree -", "<a x='" + text + "'>" + text + "</a>"),
-                  (Outcome{0, "a x=\"" + shown + "\" \"" + shown + "\"\n", ""}));
+        const std::string tag = "<a x='" + text + "'>";
+        const std::string quoted = '"' + shown + '"';
+        const std::string line = "a x=" + quoted + ' ';
+        EXPECT_EQ(place.run("vexxml tree -", tag + text + "</a>"),
+                  (Outcome{0, line + quoted + '\n', ""}));
     }
 }
 
