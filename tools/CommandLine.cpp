@@ -1,12 +1,17 @@
 #include "tools/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <iostream>
+#include <sstream>
 #include <utility>
 
 #include "tools/Limits.h"
+#include "tools/Output.h"
 
 namespace tools {
 namespace {
+
+constexpr const char* kVersion = "vexxml " VEXXML_VERSION;
 
 constexpr const char* kLimitNotes =
     "\n"
@@ -16,9 +21,16 @@ constexpr const char* kLimitNotes =
     "and the folders in it only, unless with --trusted.\n"
     "\n";
 
-}  // namespace
+// Help and version end the parsing by an "error" whose status is 0.
+Status endParsing(const CLI::App& app, const CLI::ParseError& end) {
+    std::ostringstream out;
+    std::ostringstream err;
+    if (app.exit(end, out, err) == 0) return writeToStandardOutput(out.str()) ? Success : Trouble;
+    std::cerr << "vexxml: " << err.str();
+    return Trouble;
+}
 
-const char* const kVersion = "vexxml " VEXXML_VERSION;
+}  // namespace
 
 const char* const kStatuses =
     "Exit status: 0 success, 1 a document that is not well-formed or not valid,\n"
@@ -28,11 +40,31 @@ const char* const kSelectionStatuses =
     "Exit status: 0 something was selected in any file, 1 nothing was, 2 a malformed\n"
     "expression, wrong usage, or a file that cannot be read, parsed or written.";
 
+Status runCommand(int argc, char** argv,
+                  const std::function<void(const CommandLine&)>& addCommands) {
+    CLI::App app(
+        "Reads XML documents: formats, validates, queries, outlines, edits, compares them.",
+        "vexxml");
+    app.set_version_flag("--version", kVersion, "Print the version and exit");
+    app.require_subcommand(1);
+    app.footer("\"vexxml COMMAND --help\" tells more about a command.\n" + std::string(kStatuses) +
+               "\nFor query and edit: 0 something was selected, 1 nothing was, 2 trouble of any\n"
+               "kind. For diff: 0 no difference, 1 some, 2 trouble of any kind.");
+    Status status = Success;
+    addCommands({app, status});
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& end) {
+        return endParsing(app, end);
+    }
+    return status;
+}
+
 Command::Command(const CommandLine& line, const Help& help, Xml::ReadLimits& limits)
     : mApp(line.app.add_subcommand(help.name, help.description)), mStatus(line.status) {
     mApp->set_version_flag("--version", kVersion, "Print the version and exit");
     limits = usualLimits();
-    addLimitOptions(*mApp, limits);
+    addLimitOptions(*this, limits);
     mApp->footer(std::string(help.notes) + kLimitNotes + help.statuses);
 }
 

@@ -14,9 +14,6 @@ class App;
 
 namespace tools {
 
-/// What "--version" prints.
-extern const char* const kVersion;
-
 /// What the exit status of a command tells, for the end of its help.
 extern const char* const kStatuses;
 extern const char* const kSelectionStatuses;
@@ -35,6 +32,11 @@ struct CommandLine {
     CLI::App& app;
     Status& status;
 };
+
+/// Parses the arguments of the program and runs the command that they name. `addCommands` declares
+/// all there are.
+Status runCommand(int argc, char** argv,
+                  const std::function<void(const CommandLine&)>& addCommands);
 
 /// Declares the arguments of a command that reads documents within limits: the usual ones, unless
 /// the user says otherwise.

@@ -6,6 +6,8 @@
 #include <string>
 #include <system_error>
 
+#include "tools/CommandLine.h"
+
 namespace tools {
 namespace {
 
@@ -16,7 +18,7 @@ void setLimit(const std::string& setting, ReadLimits& limits) {
     const std::size_t equals = setting.find('=');
     const auto limit = ReadLimits::named(setting.substr(0, equals));
     if (limit == nullptr || equals == std::string::npos) {
-        throw CLI::ValidationError("--limit", "no such limit: " + setting);
+        refuseArgument("--limit", "no such limit: " + setting);
     }
     const std::string text = setting.substr(equals + 1);
     std::uint64_t value = ReadLimits::kNone;
@@ -24,7 +26,7 @@ void setLimit(const std::string& setting, ReadLimits& limits) {
     const auto [stop, error] = std::from_chars(text.data(), end, value);
     const bool isNumber = error == std::errc() && stop == end;
     if (!isNumber && text != "none") {
-        throw CLI::ValidationError("--limit", "not a number: " + setting);
+        refuseArgument("--limit", "not a number: " + setting);
     }
     limits.*limit = isNumber ? value : ReadLimits::kNone;
 }
@@ -40,19 +42,14 @@ ReadLimits usualLimits() {
     return limits;
 }
 
-void addLimitOptions(CLI::App& command, ReadLimits& limits) {
-    command
-        .add_flag_callback(
-            "--trusted", [&limits] { limits = ReadLimits(); },
-            "Accept documents of any size and depth, and files they name anywhere")
-        ->trigger_on_parse();
-    command
-        .add_option_function<std::string>(
-            "--limit", [&limits](const std::string& setting) { setLimit(setting, limits); },
-            "Set a limit, such as nodes=20000000 or elementDepth=none")
-        ->type_name("NAME=VALUE")
-        ->trigger_on_parse()
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+void addLimitOptions(Command& command, ReadLimits& limits) {
+    command.addAction(
+        "--trusted", [&limits] { limits = ReadLimits(); },
+        "Accept documents of any size and depth, and files they name anywhere");
+    command.addAction(
+        "--limit", "NAME=VALUE",
+        [&limits](const std::string& setting) { setLimit(setting, limits); },
+        "Set a limit, such as nodes=20000000 or elementDepth=none");
 }
 
 }  // namespace tools
