@@ -12,7 +12,7 @@
 #include "tools/Commands.h"
 #include "tools/Output.h"
 #include "tools/Place.h"
-#include "tools/Reading.h"
+#include "tools/PrintEach.h"
 #include "tools/Shown.h"
 #include "tools/Walk.h"
 
@@ -123,23 +123,11 @@ void write(const Counts& counts, std::size_t top, BlockWriter& out) {
     write(namesOf(counts), top, out);
 }
 
-Status printCounts(const Options& options, const std::string& input, BlockWriter& out) {
-    const DocumentReading reading = readDocument(input, options.limits, OwnDtd::Ignored);
-    if (reading.status != Success) return reading.status;
-    if (options.inputs.size() > 1) out.write(harmless(input) + ":\n");
-    write(countAll(*reading.document->getRoot()), options.all ? kAllNames : options.top, out);
-    out.flush();
-    return out.hasFailed() ? Trouble : Success;
-}
-
 Status stat(const Options& options) {
-    BlockWriter out;
-    Status worst = Success;
-    for (const std::string& input : options.inputs) {
-        worst = std::max(worst, printCounts(options, input, out));
-        if (out.hasFailed()) break;
-    }
-    return worst;
+    const std::size_t top = options.all ? kAllNames : options.top;
+    return printEach(
+        options.inputs, options.limits,
+        [&](const Xml::Element& root, BlockWriter& out) { write(countAll(root), top, out); });
 }
 
 }  // namespace

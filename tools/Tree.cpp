@@ -12,8 +12,7 @@
 #include "tools/CommandLine.h"
 #include "tools/Commands.h"
 #include "tools/Output.h"
-#include "tools/Place.h"
-#include "tools/Reading.h"
+#include "tools/PrintEach.h"
 #include "tools/Shown.h"
 #include "tools/Walk.h"
 
@@ -89,23 +88,10 @@ private:
     BlockWriter& mOut;
 };
 
-Status printTree(const Options& options, const std::string& input, BlockWriter& out) {
-    const DocumentReading reading = readDocument(input, options.limits, OwnDtd::Ignored);
-    if (reading.status != Success) return reading.status;
-    if (options.inputs.size() > 1) out.write(harmless(input) + ":\n");
-    TreePrinter(options, out).print(*reading.document->getRoot());
-    out.flush();
-    return out.hasFailed() ? Trouble : Success;
-}
-
 Status tree(const Options& options) {
-    BlockWriter out;
-    Status worst = Success;
-    for (const std::string& input : options.inputs) {
-        worst = std::max(worst, printTree(options, input, out));
-        if (out.hasFailed()) break;
-    }
-    return worst;
+    return printEach(
+        options.inputs, options.limits,
+        [&](const Xml::Element& root, BlockWriter& out) { TreePrinter(options, out).print(root); });
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstddef>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -55,10 +56,10 @@ TEST_F(ContentSpecs, AnUnknownRepetitionIsNone) {
         list->add(new Xml::NameSpec(&mDtd, "a"), unknown);
         const Xml::ChildrenSpec model(&mDtd, list, unknown);
         EXPECT_EQ(textOf(model), "(a, a)");
-        for (const int count : {1, 2, 3}) {
+        for (const std::size_t count : {1U, 2U, 3U}) {
             Xml::Element parent("parent");
-            std::vector<Xml::Object*> children;
-            for (int i = 0; i < count; ++i) children.push_back(parent.addElement("a", ""));
+            std::vector<Xml::Object*> children(count);
+            for (Xml::Object*& child : children) child = parent.addElement("a", "");
             EXPECT_EQ(model.validate(&children), count == 2) << count;
         }
     }
